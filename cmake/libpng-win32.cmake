@@ -1,0 +1,11 @@
+# How scripts/setup.sh builds libpng for the Windows target: one static library and its headers.
+set(PNG_SHARED OFF CACHE BOOL "")
+set(PNG_STATIC ON CACHE BOOL "")
+set(PNG_TESTS OFF CACHE BOOL "")
+set(PNG_EXECUTABLES OFF CACHE BOOL "")
+set(PNG_TOOLS OFF CACHE BOOL "")
+set(PNG_HARDWARE_OPTIMIZATIONS OFF CACHE BOOL "")
+set(CMAKE_BUILD_TYPE Release CACHE STRING "")
+set(CMAKE_INSTALL_LIBDIR lib CACHE STRING "")
+set(ZLIB_LIBRARY /usr/i686-w64-mingw32/lib/libz.a CACHE FILEPATH "")
+set(ZLIB_INCLUDE_DIR /usr/i686-w64-mingw32/include CACHE PATH "")
