@@ -18,7 +18,7 @@ import sys
 ALLOWED = {
     "foundation": [],
     "platform": ["foundation"],
-    "image/pixels": [],
+    "image/pixels": ["foundation"],
     "persistence": ["foundation", "platform", "image/pixels"],
     "image": ["foundation", "platform", "image/pixels", "persistence"],
     "layers": ["foundation", "platform", "image/pixels", "persistence", "image"],
