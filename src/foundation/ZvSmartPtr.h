@@ -22,13 +22,13 @@ template <class T>
 class ZvSmartPtr {
  public:
   ZvSmartPtr() = default;
-  ZvSmartPtr(std::nullptr_t) {}                // NOLINT(google-explicit-constructor)
-  ZvSmartPtr(T* pointer) { Assign(pointer); }  // NOLINT(google-explicit-constructor)
+  ZvSmartPtr(std::nullptr_t) {}
+  ZvSmartPtr(T* pointer) { Assign(pointer); }
   ZvSmartPtr(const ZvSmartPtr& other) { Assign(other.fPointer); }
   ZvSmartPtr(ZvSmartPtr&& other) noexcept : fPointer(other.fPointer) { other.fPointer = nullptr; }
   template <class U>
   requires std::convertible_to<U*, T*> ZvSmartPtr(
-      const ZvSmartPtr<U>& other) {  // NOLINT(google-explicit-constructor)
+      const ZvSmartPtr<U>& other) {
     Assign(other.Get());
   }
 

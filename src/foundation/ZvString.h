@@ -15,7 +15,7 @@ class ZvString {
 
   ZvString() = default;
   // A null `text` counts as empty.
-  ZvString(const char* text);  // NOLINT(google-explicit-constructor)
+  ZvString(const char* text);
   // length_error "string constructor: n > max_size" for a length of -1.
   ZvString(const char* characters, uint32_t length);
   ZvString(const ZvString& source);
