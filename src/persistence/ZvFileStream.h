@@ -50,9 +50,11 @@ class ZvFileStream : public ZvStream {
   void DeleteOnDisk();
 
  private:
+  // Opens, and leaves the stream closed where that fails.
   void OpenSilently(uint32_t mode);
-  uint32_t ReadFile(void* buffer, uint32_t count);
-  void FillReadAhead();
+  uint32_t ReadFromFile(void* buffer, uint32_t count);
+  // Reads a fresh block at the file's position, which is `position`.
+  void FillReadAhead(uint32_t position);
 
   CP_FileSpec mFileSpec;
   CP_File mFile;

@@ -163,6 +163,9 @@ class ZvParser : public CP_M_ReferenceCounted {
   void WriteInteger(T value);
   template <class T>
   T ReadHostOrder();
+  template <class T>
+  void WriteHostOrder(T value);
+  bool AtEndOfInput();
 
   int32_t mObjectDepth = 0;
 };

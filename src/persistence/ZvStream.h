@@ -114,6 +114,11 @@ class ZvStream : public ZvStreamable {
   // Smallest number of bytes that PeekHead delivers.
   static constexpr uint32_t kMinHeadSize = 40;
 
+  // First half of PeekHead: raises the count to the smallest one, and unless the head on hand is
+  // large enough makes a zeroed buffer for a new one. True when the caller has to fill it and then
+  // to set mHeadCapacity.
+  bool StartHead(uint32_t& count);
+
   struct FreeBytes {
     void operator()(uint8_t* bytes) const { std::free(bytes); }
   };
