@@ -60,7 +60,7 @@ function(vm_add_tests name)
     VM_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
     VM_BINARY_DIR="${CMAKE_BINARY_DIR}"
     VM_PNG_SAMPLES_DIR="${CMAKE_SOURCE_DIR}/build/deps/src/libpng/contrib")
-  target_link_libraries(${name} PRIVATE vm_options ${arg_DEPENDS} GTest::gmock GTest::gtest GTest::gtest_main Threads::Threads)
+  target_link_libraries(${name} PRIVATE vm_options ${arg_DEPENDS} vm_test_support Threads::Threads)
   if(WIN32)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 900)
