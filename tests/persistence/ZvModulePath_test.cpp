@@ -1,0 +1,83 @@
+#include "persistence/ZvModulePath.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+std::string Parent(const char* path) {
+    ZvString text(path);
+    ParentDirectory(text);
+    return std::string(text.view());
+}
+
+std::string Resolved(const char* path, const char* directory) {
+    ZvString text(path);
+    ResolveRelativePath(text, directory);
+    return std::string(text.view());
+}
+
+TEST(ParentDirectory, CutsTheLastComponent) {
+    EXPECT_EQ(Parent("C:\\a\\b"), "C:\\a\\");
+    EXPECT_EQ(Parent("C:\\a"), "C:\\");
+    EXPECT_EQ(Parent("a\\b"), "a\\");
+}
+
+TEST(ParentDirectory, SkipsAnyRunOfTrailingMarks) {
+    EXPECT_EQ(Parent("C:\\a\\b\\"), "C:\\a\\");
+    EXPECT_EQ(Parent("C:\\a\\b\\\\\\"), "C:\\a\\");
+}
+
+TEST(ParentDirectory, EndsOneBehindTheLastCharacterOfTheComponentBefore) {
+    EXPECT_EQ(Parent("C:\\a\\\\b"), "C:\\a\\");
+}
+
+TEST(ParentDirectory, LeavesAPathWithoutAParent) {
+    for (const char* path : {"", "a", "C:\\", "\\", "\\\\", "\\a", "a\\"}) {
+        EXPECT_EQ(Parent(path), path);
+    }
+}
+
+TEST(ResolveRelativePath, OneDotStandsForTheDirectory) {
+    EXPECT_EQ(Resolved(".\\Img.h", "C:\\host\\plug-ins\\"), "C:\\host\\plug-ins\\Img.h");
+    EXPECT_EQ(Resolved(".\\Img.h", "C:\\host"), "C:\\host\\Img.h");
+    EXPECT_EQ(Resolved(".Img.h", "C:\\host\\"), "C:\\host\\Img.h");
+}
+
+TEST(ResolveRelativePath, TwoDotsStandForItsParent) {
+    EXPECT_EQ(Resolved("..\\Img.h", "C:\\host\\plug-ins\\"), "C:\\host\\Img.h");
+    EXPECT_EQ(Resolved("..\\Img.h", "C:\\host\\plug-ins"), "C:\\host\\Img.h");
+    EXPECT_EQ(Resolved("..", "C:\\host\\plug-ins"), "C:\\host\\");
+}
+
+TEST(ResolveRelativePath, ABareNameIsAppendedBehindAMark) {
+    EXPECT_EQ(Resolved("Img.h", "C:\\host"), "C:\\host\\Img.h");
+    EXPECT_EQ(Resolved("Img.h", "C:\\host\\"), "C:\\host\\Img.h");
+    EXPECT_EQ(Resolved("Img.h", ""), "Img.h");
+}
+
+TEST(ResolveRelativePath, ALeadingMarkIsNotDoubled) {
+    EXPECT_EQ(Resolved("\\Img.h", "C:\\host\\"), "C:\\host\\Img.h");
+    EXPECT_EQ(Resolved("\\Img.h", "C:\\host"), "C:\\host\\Img.h");
+}
+
+TEST(ResolveRelativePath, OnlyTheDotsInFrontCount) {
+    EXPECT_EQ(Resolved(".\\..\\Img.h", "C:\\host\\"), "C:\\host\\..\\Img.h");
+    EXPECT_EQ(Resolved("...\\Img.h", "C:\\host\\a\\"), "C:\\host\\.\\Img.h");
+}
+
+TEST(ResolveRelativePath, AnEmptyPathIsTheDirectoryWithAMark) {
+    EXPECT_EQ(Resolved("", "C:\\host"), "C:\\host\\");
+    EXPECT_EQ(Resolved(".", "C:\\host"), "C:\\host");
+}
+
+TEST(GetModuleDirectory, OfTheProgramEndsInItsLastMark) {
+    ZvString directory("before");
+    GetModuleDirectory(directory, nullptr);
+    ASSERT_FALSE(directory.empty());
+    EXPECT_TRUE(directory.view().ends_with("\\")) << directory.view();
+    EXPECT_FALSE(directory.view().ends_with("\\\\"));
+}
+
+}  // namespace
