@@ -4,6 +4,10 @@
 
 #include <string>
 
+#ifndef _WIN32
+#include "platform/os/posix/ModuleScript.h"
+#endif
+
 namespace {
 
 std::string Parent(const char* path) {
@@ -79,5 +83,33 @@ TEST(GetModuleDirectory, OfTheProgramEndsInItsLastMark) {
     EXPECT_TRUE(directory.view().ends_with("\\")) << directory.view();
     EXPECT_FALSE(directory.view().ends_with("\\\\"));
 }
+
+#ifndef _WIN32
+std::string DirectoryOf(std::string fileName) {
+    const os::posix::ModuleScript script(std::move(fileName));
+    ZvString directory("before");
+    GetModuleDirectory(directory, nullptr);
+    return std::string(directory.view());
+}
+
+TEST(GetModuleDirectory, EndsInTheLastMarkOrColon) {
+    EXPECT_EQ(DirectoryOf("C:\\host\\VM_PlugIn.8bf"), "C:\\host\\");
+    EXPECT_EQ(DirectoryOf("C:VM_PlugIn.8bf"), "C:");
+    EXPECT_EQ(DirectoryOf("\\VM_PlugIn.8bf"), "\\");
+}
+
+TEST(GetModuleDirectory, OfABareNameIsEmpty) {
+    EXPECT_EQ(DirectoryOf("VM_PlugIn.8bf"), "");
+    EXPECT_EQ(DirectoryOf(""), "");
+}
+
+TEST(GetModuleDirectory, OfANameThatFillsTheBufferIsWhatTheCutNameHas) {
+    // 255 characters fit: `C:\a\` and 250 more.
+    EXPECT_EQ(DirectoryOf("C:\\a\\" + std::string(300, 'x')), "C:\\a\\");
+    EXPECT_EQ(DirectoryOf("C:\\a\\" + std::string(249, 'x') + "\\y"),
+              "C:\\a\\" + std::string(249, 'x') + "\\");
+    EXPECT_EQ(DirectoryOf("C:\\a\\" + std::string(250, 'x') + "\\y"), "C:\\a\\");
+}
+#endif
 
 }  // namespace
