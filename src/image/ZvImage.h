@@ -29,19 +29,20 @@ struct ZvImageBlock {
 
 // The abstract image. Client code holds images through this class and ZvSmartPtr and never needs to know the
 // pixel type: every image speaks the four views (PxRgbaBytes, PxRgbBytes, one byte, PxRgba64), and a transfer
-// between two pixel types goes through one of them. Two families implement it: ZvTiledImage<P>, a sparse plane
-// of tiles, and ZvTypedImage<P>, one contiguous block of rows.
+// between two pixel types goes through one of them. Two families implement it: ZvTiledImage<P>, a sparse
+// plane of tiles, and ZvTypedImage<P>, one contiguous block of rows.
 //
-// Coordinates: (0, 0) is the top-left pixel, x grows to the right and y down. A ZvRect of pixels is inclusive on
-// all four sides. A clip argument may be null (no clip), a mask argument too (no mask). Images are reference
-// counted; the count starts at 1 and belongs to the creator. Functions that return a new image or block hand
-// that ownership to the caller.
+// Coordinates: (0, 0) is the top-left pixel, x grows to the right and y down. A ZvRect of pixels is inclusive
+// on all four sides. A clip argument may be null (no clip), a mask argument too (no mask). Images are
+// reference counted; the count starts at 1 and belongs to the creator. Functions that return a new image or
+// block hand that ownership to the caller.
 //
-// Colours are PxRgba64 and are narrowed to the pixel type once per call, by its PutRgba64 rule. SetClip affects
-// FillClip and the Draw operations only; copies and blends take their clip argument and nothing else.
+// Colours are PxRgba64 and are narrowed to the pixel type once per call, by its PutRgba64 rule. SetClip
+// affects FillClip and the Draw operations only; copies and blends take their clip argument and nothing else.
 //
 // Failures: misuse is reported by CP_DebugAssert and the operation then does what is left to do, or nothing.
-// Nothing returns an error code. Rectangles that stick out are cut; what a cut leaves empty transfers nothing.
+// Nothing returns an error code. Rectangles that stick out are cut; what a cut leaves empty transfers
+// nothing.
 //
 // The virtual operations stand in a fixed order, in groups: do not reorder them, and add none.
 class ZvImage : public ZvStreamable {
@@ -56,8 +57,8 @@ public:
     // channel after channel, row after row, one write of (bits per channel + 7) / 8 bytes per sample each.
     void WriteTo(ZvStream& stream) override;
 
-    // Reads what WriteTo wrote. The clip is stored before the image is resized and follows the resize: one that
-    // covered the whole old image covers the whole new one. A stream that ends early goes unnoticed: the
+    // Reads what WriteTo wrote. The clip is stored before the image is resized and follows the resize: one
+    // that covered the whole old image covers the whole new one. A stream that ends early goes unnoticed: the
     // samples that are missing repeat the row read last (zero before the first). No memory is taken for sizes
     // that the rest of the stream could not fill; see the source for what then stays unread.
     void ReadFrom(ZvStream& stream) override;
@@ -77,8 +78,8 @@ public:
     virtual ZvRect UsedBounds() const = 0;
     virtual bool IsTiled() const = 0;
 
-    // One pixel through a view, unclipped. A tiled image takes any coordinates; a row image wraps an x outside
-    // the row into the neighbouring rows and drops what lies outside its block.
+    // One pixel through a view, unclipped. A tiled image takes any coordinates; a row image wraps an x
+    // outside the row into the neighbouring rows and drops what lies outside its block.
     virtual void GetRgba(PxRgbaBytes& out, int32_t x, int32_t y) const = 0;
     virtual void PutRgba(const PxRgbaBytes& pixel, int32_t x, int32_t y) = 0;
     virtual void GetRgb(PxRgbBytes& out, int32_t x, int32_t y) const = 0;
@@ -88,8 +89,9 @@ public:
     virtual void GetRgba64(PxRgba64& out, int32_t x, int32_t y) const = 0;
     virtual void PutRgba64(const PxRgba64& pixel, int32_t x, int32_t y) = 0;
 
-    // One raw channel, (bits per channel + 7) / 8 bytes of it: 1 for byte records, 2 for words and PxXyFixed (high
-    // byte 0), 4 for floats. Of a PxGrayBit sample only the low bit counts. An index out of range is channel 0.
+    // One raw channel, (bits per channel + 7) / 8 bytes of it: 1 for byte records, 2 for words and PxXyFixed
+    // (high byte 0), 4 for floats. Of a PxGrayBit sample only the low bit counts. An index out of range is
+    // channel 0.
     virtual void GetChannel(void* out, int32_t x, int32_t y, int32_t channel) const = 0;
     virtual void PutChannel(const void* value, int32_t x, int32_t y, int32_t channel) = 0;
 
@@ -105,38 +107,44 @@ public:
     // Narrows the pixel and hands it to SplatPixel of the family.
     virtual void SplatRgba64(const PxRgba64& pixel, float x, float y) = 0;
 
-    // Clear discards or zeroes all pixels; ClearRect sets the rect to the default pixel (row images: to zero).
+    // Clear discards or zeroes all pixels; ClearRect sets the rect to the default pixel (row images: to
+    // zero).
     virtual void Clear() = 0;
     virtual void ClearRect(const ZvRect& rect) = 0;
 
     // Transfers from another image. `from` and this image may be of any two classes. The unscaled ones put
     // `fromRect` with its top-left corner at `toPoint`. Null `from` is reported as "from != nil".
-    virtual void CopyFrom(const ZvImage* from, const ZvRect& fromRect, const ZvPoint& toPoint, const ZvRect* clip) = 0;
+    virtual void CopyFrom(const ZvImage* from, const ZvRect& fromRect, const ZvPoint& toPoint,
+                          const ZvRect* clip) = 0;
     virtual void CopyScaled(const ZvImage* from, const ZvRect& fromRect, const ZvRect& toRect, int32_t mode,
                             const ZvRect* clip) = 0;
     // Resampled copy through hue, saturation, lightness: hue and lightness are added, saturation multiplies.
     virtual void CopyAdjusted(const ZvImage* from, const ZvRect& fromRect, const ZvRect& toRect, float hue,
                               float saturation, float lightness, int32_t mode, const ZvRect* clip) = 0;
     // Copies only the pixels whose alpha (as GetRgba tells it) is not 0.
-    virtual void CopyVisible(const ZvImage* from, const ZvRect& fromRect, const ZvPoint& toPoint, const ZvRect* clip) = 0;
+    virtual void CopyVisible(const ZvImage* from, const ZvRect& fromRect, const ZvPoint& toPoint,
+                             const ZvRect* clip) = 0;
     // Exchanges `rect` of this image with the equal area of `other` at `otherPoint`.
     virtual void SwapPixels(ZvImage* other, const ZvPoint& otherPoint, const ZvRect& rect) = 0;
 
     // Blends. `opacity` is 0 to 1; 0.99 and above count as full.
     virtual void BlendImage(const ZvImage* from);
-    virtual void BlendMasked(const ZvImage* from, const ZvImage* mask, const ZvRect& fromRect, const ZvPoint& toPoint,
-                             float opacity, const ZvRect* clip) = 0;
+    virtual void BlendMasked(const ZvImage* from, const ZvImage* mask, const ZvRect& fromRect,
+                             const ZvPoint& toPoint, float opacity, const ZvRect* clip) = 0;
     virtual void BlendRect(const ZvImage* from, const ZvRect& fromRect, const ZvPoint& toPoint, float opacity,
                            const ZvRect* clip) = 0;
-    virtual void BlendScaled(const ZvImage* from, const ZvRect& fromRect, const ZvRect& toRect, float opacity, int32_t mode,
-                             const ZvRect* clip) = 0;
+    virtual void BlendScaled(const ZvImage* from, const ZvRect& fromRect, const ZvRect& toRect, float opacity,
+                             int32_t mode, const ZvRect* clip) = 0;
     virtual void BlendAdjusted(const ZvImage* from, const ZvRect& fromRect, const ZvRect& toRect, float hue,
-                               float saturation, float lightness, float opacity, int32_t mode, const ZvRect* clip) = 0;
-    virtual void PaintMasked(const PxRgba64& colour, const ZvImage* mask, const ZvRect& fromRect, const ZvPoint& toPoint,
-                             float opacity, const ZvRect* clip) = 0;
+                               float saturation, float lightness, float opacity, int32_t mode,
+                               const ZvRect* clip) = 0;
+    virtual void PaintMasked(const PxRgba64& colour, const ZvImage* mask, const ZvRect& fromRect,
+                             const ZvPoint& toPoint, float opacity, const ZvRect* clip) = 0;
 
-    // Writes the coverage byte of `from` into the alpha of this image, pixel by pixel through GetRgba and PutRgba.
-    virtual void CopyAlpha(const ZvImage* from, const ZvRect& fromRect, const ZvRect& toRect, int32_t mode, const ZvRect* clip);
+    // Writes the coverage byte of `from` into the alpha of this image, pixel by pixel through GetRgba and
+    // PutRgba.
+    virtual void CopyAlpha(const ZvImage* from, const ZvRect& fromRect, const ZvRect& toRect, int32_t mode,
+                           const ZvRect* clip);
     // Copies the common area at (0, 0).
     virtual void CopyImage(const ZvImage* from);
     // Mixes the common area by Mix256 at `t`, 0 to 1.
@@ -145,19 +153,21 @@ public:
     // Moves all pixels by `delta` in place; what comes from outside the image is the all-zero pixel.
     virtual void Offset(const ZvPoint& delta) = 0;
 
-    // A new image of the same class. A size of 0 is this image's own. With `copyPixels` the common area is copied.
+    // A new image of the same class. A size of 0 is this image's own. With `copyPixels` the common area is
+    // copied.
     virtual ZvImage* NewLike(bool copyPixels, int32_t width, int32_t height) const = 0;
-    // Sizes below 1 become 1. `scaleMode` is a resampling mode, kResampleNone for no scaling. `fill` is the colour
-    // of what is new.
-    virtual void Resize(int32_t width, int32_t height, bool keepContents, int32_t scaleMode, const PxRgba64& fill) = 0;
+    // Sizes below 1 become 1. `scaleMode` is a resampling mode, kResampleNone for no scaling. `fill` is the
+    // colour of what is new.
+    virtual void Resize(int32_t width, int32_t height, bool keepContents, int32_t scaleMode,
+                        const PxRgba64& fill) = 0;
 
-    // Limited add and subtract of the common area: coverage bytes between two alpha images, floats without a limit
-    // between two tiled depth images (add only), else the four words of GetRgba64, alpha too.
+    // Limited add and subtract of the common area: coverage bytes between two alpha images, floats without a
+    // limit between two tiled depth images (add only), else the four words of GetRgba64, alpha too.
     virtual void AddImage(const ZvImage* fromImage);
     virtual void SubtractImage(const ZvImage* fromImage);
 
-    // Bounds of the pixels with an alpha above 9, kEmptyRect when there are none. With three such corners it is the
-    // whole image, whatever else it holds.
+    // Bounds of the pixels with an alpha above 9, kEmptyRect when there are none. With three such corners it
+    // is the whole image, whatever else it holds.
     virtual ZvRect VisibleBounds() const;
 
     // The drawing clip, limited to the image. It may be empty.
@@ -165,26 +175,28 @@ public:
     virtual void GetClip(ZvRect& outRect) const;
     virtual void ResetClip();
 
-    // Drawing. With `xorMode` the stored bits are XORed with those of the narrowed colour. With a mask a pixel is
-    // drawn only where the mask's byte at the same place is 0, and that byte then becomes 255.
+    // Drawing. With `xorMode` the stored bits are XORed with those of the narrowed colour. With a mask a
+    // pixel is drawn only where the mask's byte at the same place is 0, and that byte then becomes 255.
     virtual void FillClip(const PxRgba64& colour) = 0;
-    virtual void DrawRect(const ZvRect& rect, const PxRgba64& colour, bool filled, bool xorMode, ZvImage* mask) = 0;
+    virtual void DrawRect(const ZvRect& rect, const PxRgba64& colour, bool filled, bool xorMode,
+                          ZvImage* mask) = 0;
     // `dash` 0 is solid; else gaps and dashes of that many pixels, a gap first.
-    virtual void DrawLine(const ZvPoint& from, const ZvPoint& to, const PxRgba64& colour, bool xorMode, ZvImage* mask,
-                          int32_t dash) = 0;
-    virtual void DrawOval(const ZvRect& rect, const PxRgba64& colour, bool filled, bool xorMode, ZvImage* mask) = 0;
-    virtual void DrawPolygon(int32_t count, const ZvPoint* points, const PxRgba64& colour, bool filled, bool xorMode,
-                             bool skipFirst, bool clampToImage, bool closed, int32_t dash, float feather, ZvImage* mask,
-                             const ZvRect* clip) = 0;
+    virtual void DrawLine(const ZvPoint& from, const ZvPoint& to, const PxRgba64& colour, bool xorMode,
+                          ZvImage* mask, int32_t dash) = 0;
+    virtual void DrawOval(const ZvRect& rect, const PxRgba64& colour, bool filled, bool xorMode,
+                          ZvImage* mask) = 0;
+    virtual void DrawPolygon(int32_t count, const ZvPoint* points, const PxRgba64& colour, bool filled,
+                             bool xorMode, bool skipFirst, bool clampToImage, bool closed, int32_t dash,
+                             float feather, ZvImage* mask, const ZvRect* clip) = 0;
 
-    // Rows packed in the pixel type's storage form, stride DefaultRowBytes. A new row or copy comes from malloc and
-    // is freed by the caller.
+    // Rows packed in the pixel type's storage form, stride DefaultRowBytes. A new row or copy comes from
+    // malloc and is freed by the caller.
     virtual void* NewRow(int32_t width) const = 0;
     virtual void PutRow(const void* row, int32_t x, int32_t y, int32_t count) = 0;
     virtual void GetRow(void* row, int32_t x, int32_t y, int32_t count) const = 0;
     virtual void* NewInterleavedCopy() const = 0;
-    // All rows from or to a buffer of the caller's, row y at y * rowBytes; rowBytes 0 means DefaultRowBytes. A null
-    // buffer is ignored.
+    // All rows from or to a buffer of the caller's, row y at y * rowBytes; rowBytes 0 means DefaultRowBytes.
+    // A null buffer is ignored.
     virtual void ImportBuffer(const void* buffer, int32_t rowBytes) = 0;
     virtual void ExportBuffer(void* buffer, int32_t rowBytes) const = 0;
 
