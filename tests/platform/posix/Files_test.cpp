@@ -32,6 +32,19 @@ TEST(FullPath, OfAnAbsoluteNativePathHasALeadingSeparatorAndNoDrive) {
     EXPECT_EQ(filePart, nullptr);
 }
 
+TEST(SeekFile, RefusesAPositionThatDoesNotFit32Bits) {
+    const vm::TempDirectory directory;
+    const os::FileHandle file =
+        os::OpenFile(directory.Path("f").c_str(), os::kAccessWrite, os::kShareRead, os::Creation::kAlways);
+    ASSERT_NE(file, os::kNoFile);
+    EXPECT_EQ(os::SeekFile(file, 0x7FFFFFFF, os::kSeekFromBegin), 0x7FFFFFFFU);
+    EXPECT_EQ(os::SeekFile(file, 0x7FFFFFFF, os::kSeekFromCurrent), 0xFFFFFFFEU);
+    EXPECT_EQ(os::SeekFile(file, 2, os::kSeekFromCurrent), os::kBadPosition);
+    EXPECT_EQ(os::LastError(), 87);  // invalid parameter
+    EXPECT_EQ(os::SeekFile(file, 0, os::kSeekFromCurrent), 0xFFFFFFFEU);
+    EXPECT_TRUE(os::CloseFile(file));
+}
+
 TEST(IsDiskFile, IsFalseForAPipe) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
