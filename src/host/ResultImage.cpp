@@ -1,0 +1,145 @@
+// From a finished picture to the host's output buffer. In outline the way of SourceImage.cpp back; the
+// differences are part of what hosts and documents have been given for years.
+
+#include <algorithm>
+#include <limits>
+
+#include "host/HostImageMode.h"
+#include "host/ZVHostPhotoshop.h"
+#include "image/ZvPixelLoops.h"
+#include "image/ZvTypedImage.h"
+
+namespace {
+
+// White in every record, and opaque where a record has alpha.
+constexpr PxRgba64 kOpaqueWhite = {0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF};
+
+// The host's output buffer and the picture that goes there. The buffer is as wide and as high as the picture.
+struct Output {
+    ZvImage& picture;
+    int32_t width;
+    int32_t height;
+    int32_t rowBytes;
+    void* data;
+
+    template <class P>
+    ZvSmartPtr<ZvTypedImage<P>> Wrap() const {
+        return ZvSmartPtr<ZvTypedImage<P>>::Adopt(new ZvTypedImage<P>(width, height, rowBytes, data));
+    }
+};
+
+template <class P>
+ZvSmartPtr<ZvTypedImage<P>> BlendOverWhite(const Output& out) {
+    auto wrapper = out.Wrap<P>();
+    wrapper->FillClip(kOpaqueWhite);
+    wrapper->BlendImage(&out.picture);
+    return wrapper;
+}
+
+template <class P>
+ZvSmartPtr<ZvTypedImage<P>> BlendRectOverWhite(const Output& out) {
+    auto wrapper = out.Wrap<P>();
+    wrapper->FillClip(kOpaqueWhite);
+    wrapper->BlendRect(&out.picture, {0, 0, out.width - 1, out.height - 1}, {0, 0}, 1.0f, nullptr);
+    return wrapper;
+}
+
+template <class P>
+ZvSmartPtr<ZvTypedImage<P>> Copy(const Output& out) {
+    auto wrapper = out.Wrap<P>();
+    wrapper->CopyImage(&out.picture);
+    return wrapper;
+}
+
+// REQUIRED: every 8-bit CMYK result carries these, always: for each ink a strip ten pixels wide in which it
+// rises from 0 to 255, one step a row. In a picture with fewer rows each pixel below the last is reported; in
+// one with fewer columns the strips wrap into the next row.
+void DrawTestRamps(ZvTypedImage<PxCmykBytes>& image) {
+    constexpr int32_t kTop = 10;
+    constexpr int32_t kSteps = 256;
+    constexpr int32_t kStripWidth = 10;
+    for (int32_t step = 0; step < kSteps; ++step) {
+        const auto ink = static_cast<uint8_t>(step);
+        const struct {
+            int32_t left;
+            PxCmykBytes pixel;
+        } strips[] = {{10, {ink, 0, 0, 0}}, {30, {0, ink, 0, 0}}, {50, {0, 0, ink, 0}}, {70, {0, 0, 0, ink}}};
+        for (const auto& strip : strips) {
+            for (int32_t x = strip.left; x < strip.left + kStripWidth; ++x)
+                image.PutPixel(strip.pixel, x, kTop + step);
+        }
+    }
+}
+
+// Fills the host's buffer in the form of its mode and number of planes; a pair that has no form leaves it
+// alone.
+void Transfer(int32_t mode, int32_t planes, const Output& out) {
+    switch (vm::ModeAndPlanes(mode, planes)) {
+    case vm::ModeAndPlanes(plugInModeGrayScale, 1):
+        BlendOverWhite<PxGrayByte>(out);
+        break;
+    case vm::ModeAndPlanes(plugInModeGrayScale, 2):
+        Copy<PxGrayABytes>(out);
+        break;
+    case vm::ModeAndPlanes(plugInModeRGBColor, 3):
+        vm::SwapChannels02(*BlendOverWhite<PxRgbBytes>(out), out.width, out.height);
+        break;
+    case vm::ModeAndPlanes(plugInModeRGBColor, 4):
+        // REQUIRED: the returned picture itself is changed, not the copy.
+        vm::SwapChannels02(out.picture, out.width, out.height);
+        Copy<PxRgbaBytes>(out);
+        break;
+    case vm::ModeAndPlanes(plugInModeRGB48, 3):
+        vm::HalveChannels(*BlendOverWhite<PxRgb48>(out), out.width, out.height);
+        break;
+    case vm::ModeAndPlanes(plugInModeRGB48, 4):
+        vm::HalveChannels(*BlendOverWhite<PxRgba64>(out), out.width, out.height);
+        break;
+    case vm::ModeAndPlanes(plugInModeCMYKColor, 4): {
+        const auto wrapper = BlendRectOverWhite<PxCmykBytes>(out);
+        DrawTestRamps(*wrapper);
+        vm::InvertChannels(*wrapper, out.width, out.height);
+        break;
+    }
+    case vm::ModeAndPlanes(plugInModeCMYKColor, 5):
+        vm::InvertChannels(*Copy<PxCmykaBytes>(out), out.width, out.height);
+        break;
+    // REQUIRED: 16-bit inks are not halved, although three of them were scaled on the way out.
+    case vm::ModeAndPlanes(plugInModeCMYK64, 4):
+        vm::InvertChannels(*BlendRectOverWhite<PxCmyk64>(out), out.width, out.height);
+        break;
+    case vm::ModeAndPlanes(plugInModeCMYK64, 5):
+        vm::InvertChannels(*Copy<PxCmyka80>(out), out.width, out.height);
+        break;
+    default:
+        break;
+    }
+}
+
+// The host's rectangles have 16 bits; a picture beyond that is taken as far as they reach.
+int16_t RectCoordinate(int32_t size) {
+    return static_cast<int16_t>(std::min<int32_t>(size, std::numeric_limits<int16_t>::max()));
+}
+
+}  // namespace
+
+bool ZVHostPhotoshop::PutResultImage(ZvSmartPtr<ZvImage>& image, ZvSmartPtr<ZvImage>& mask) {
+    FilterRecord& record = *mFilterRecord;
+    const int32_t planes = record.inHiPlane - record.inLoPlane + 1;
+    const int32_t mode = record.imageMode;
+    if (mode == plugInModeCMYKColor && planes == 4)
+        mask.Clear();
+    if (!image) {
+        *mResult = userCanceledErr;
+        return false;
+    }
+
+    const int16_t width = RectCoordinate(image->Width());
+    const int16_t height = RectCoordinate(image->Height());
+    SetOutRect({.top = 0, .left = 0, .bottom = height, .right = width});
+    SetDataPointers(nullptr);
+    AdvanceState();
+
+    Transfer(mode, planes, {*image, width, height, record.outRowBytes, record.outData});
+    return true;
+}
