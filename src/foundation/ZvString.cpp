@@ -67,7 +67,8 @@ ZvString& ZvString::operator=(ZvString&& source) noexcept {
 }
 
 ZvString& ZvString::operator=(const char* text) {
-    return assign(text, CheckedTextLength(text));
+    assign(text, CheckedTextLength(text));
+    return *this;
 }
 
 ZvString& ZvString::assign(const ZvString& source, uint32_t position, uint32_t count) {

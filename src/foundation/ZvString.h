@@ -22,7 +22,11 @@ public:
     ZvString(ZvString&& source) noexcept;
     ~ZvString();
 
-    ZvString& operator=(const ZvString& source) { return assign(source, 0, npos); }
+    ZvString& operator=(const ZvString& source) {
+        if (this != &source)
+            assign(source, 0, npos);
+        return *this;
+    }
     ZvString& operator=(ZvString&& source) noexcept;
     ZvString& operator=(const char* text);
 

@@ -44,7 +44,7 @@ TEST(BaseException, OneMadeFromAnErrorCodeHasNoText) {
 
 TEST(BaseException, ACopyKeepsTextAndCodeAndPlace) {
     const CP_MemoryException original("text", "Some_File", 70000);
-    const CP_MemoryException copy = original;
+    const CP_MemoryException copy = original;  // NOLINT(performance-unnecessary-copy-initialization)
     ReportRecorder reports;
     copy.Report();
     EXPECT_STREQ(copy.GetText(), "text");

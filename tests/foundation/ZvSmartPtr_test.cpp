@@ -69,7 +69,7 @@ TEST_F(SmartPtr, CarriesAnObjectThroughItsUsualLife) {
 
 TEST_F(SmartPtr, CopiesShareTheObject) {
     const Handle first = Handle::Adopt(new Counted);
-    const Handle second = first;
+    const Handle second = first;  // NOLINT(performance-unnecessary-copy-initialization)
     EXPECT_EQ(first->GetRefCount(), 2U);
     EXPECT_TRUE(first == second);
 }
@@ -155,7 +155,7 @@ Counted* PointerLeftBehindBy(Counted* object) {
         bytes[i] = bytes[i];
     handle->~Handle();
     Counted* left;
-    for (size_t i = 0; i < sizeof left; ++i)
+    for (size_t i = 0; i < sizeof storage; ++i)
         reinterpret_cast<unsigned char*>(&left)[i] = bytes[i];
     return left;
 }

@@ -70,7 +70,7 @@ TEST(String, ACopyIsDeep) {
 
 TEST(String, ACopyOfADefaultOneIsADefaultOne) {
     const ZvString original;
-    const ZvString copy(original);
+    const ZvString copy(original);  // NOLINT(performance-unnecessary-copy-initialization)
     EXPECT_EQ(copy.capacity(), 0U);
     EXPECT_STREQ(copy.c_str(), "");
 }

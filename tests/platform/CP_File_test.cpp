@@ -155,11 +155,13 @@ TEST_F(File, OpenOnAnOpenFileForgetsTheOldHandle) {
 }
 
 TEST_F(File, TheDestructorLeavesTheHandleOpen) {
-    const CP_File kept = [&] { return OpenWith("hello"); }();
-    CP_File copy = kept;
-    { const CP_File destroyed = kept; }
-    EXPECT_EQ(ReadAll(copy, 5), "hello");
-    copy.Close();
+    CP_File survivor;
+    {
+        const CP_File destroyed = OpenWith("hello");
+        survivor = destroyed;
+    }
+    EXPECT_EQ(ReadAll(survivor, 5), "hello");
+    survivor.Close();
 }
 
 TEST_F(File, CloseClosesForGood) {
