@@ -368,7 +368,7 @@ TEST_F(Application, EnablesItsTwoCommandsInTheMenuBar) {
     application.UpdateCommandState(18);
     EXPECT_EQ(vm::EntryStates(edit), "ddE");
     application.UpdateCommandState(9);
-    EXPECT_EQ(vm::EntryStates(*bar->GetMenu(1)), "ddEddd");
+    EXPECT_EQ(vm::EntryStates(*bar->GetMenu(1)), "ddE-dd");
     application.UpdateCommandState(110);
     EXPECT_EQ(vm::EntryStates(edit), "ddE");
 }

@@ -414,7 +414,7 @@ TEST_F(Commander, UpdatingTheMenusDisablesWhatNobodyEnables) {
     CP_M_Commander::UpdateMenus();
     // The File menu is number 501 and keeps its state. Command 110 stands in Edit twice, and once in
     // View, which isn't reached any more.
-    EXPECT_EQ(vm::EntryStates(*bar->GetMenu(1)), "EEEEEE");
+    EXPECT_EQ(vm::EntryStates(*bar->GetMenu(1)), "EEE-EE");
     EXPECT_EQ(vm::EntryStates(*bar->GetMenu(2)), "dd") << "the submenu under Open";
     EXPECT_EQ(vm::EntryStates(*bar->GetMenu(5)), "EEd") << "Edit";
     EXPECT_EQ(vm::EntryStates(*bar->GetMenu(6)), "dd") << "View";
@@ -428,7 +428,7 @@ TEST_F(Commander, UpdatingTheMenusWithoutATargetDisablesThemAll) {
     const vm::LoadedMenuBar bar(128);
     CP_M_Commander::UpdateMenus();
     EXPECT_EQ(vm::EntryStates(*bar->GetMenu(5)), "ddd");
-    EXPECT_EQ(vm::EntryStates(*bar->GetMenu(1)), "EEEEEE");
+    EXPECT_EQ(vm::EntryStates(*bar->GetMenu(1)), "EEE-EE");
 }
 
 TEST_F(Commander, AnAttachmentOfTheTargetKeepsACommandDisabled) {

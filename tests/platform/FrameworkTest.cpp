@@ -49,7 +49,8 @@ std::string EntryStates(const CP_Menu& menu) {
     std::string states;
     const int32_t count = menu.CountItems();
     for (int32_t i = 0; i < count; ++i) {
-        states += os::IsMenuEntryEnabled(menu.GetHandle(), i) ? 'E' : 'd';
+        const bool separates = os::GetMenuEntryCommand(menu.GetHandle(), i) == 0;
+        states += separates ? '-' : os::IsMenuEntryEnabled(menu.GetHandle(), i) ? 'E' : 'd';
     }
     return states;
 }

@@ -83,7 +83,7 @@ public:
 // The text of an entry at a position that counts from 0.
 std::string EntryText(os::MenuHandle menu, int32_t position);
 
-// One letter for each entry: E enabled, d disabled.
+// One letter for each entry: E enabled, d disabled, - a separator.
 std::string EntryStates(const CP_Menu& menu);
 
 }  // namespace vm

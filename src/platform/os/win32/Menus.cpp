@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 #include "platform/os/win32/ResourceModule.h"
 
 namespace os {
@@ -41,7 +43,12 @@ int32_t GetMenuEntryText(MenuHandle menu, int32_t position, char* buffer, int32_
     if (size < 1)
         return 0;
     buffer[0] = '\0';
-    return GetMenuStringA(ToPlatform(menu), static_cast<UINT>(position), buffer, size, MF_BYPOSITION);
+    const int length =
+        GetMenuStringA(ToPlatform(menu), static_cast<UINT>(position), buffer, size, MF_BYPOSITION);
+    // A text that was cut doesn't end in a NUL on every version of the system.
+    const int kept = std::clamp(length, 0, size - 1);
+    buffer[kept] = '\0';
+    return kept;
 }
 
 int32_t GetMenuEntryCommand(MenuHandle menu, int32_t position) {
