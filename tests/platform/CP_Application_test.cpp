@@ -456,7 +456,7 @@ TEST_F(Application, MakesTheMenuBarAndTheClipboardWithoutLoadingAnything) {
     EXPECT_EQ(gMenuBar->CountMenus(), 6) << "resource 128";
     vm::DestroyMenuBar();
     CP_Clipboard* const clipboard = gClipboard;
-    clipboard->~CP_Clipboard();
+    clipboard->CP_Clipboard::~CP_Clipboard();
     EXPECT_EQ(gClipboard, nullptr);
     ::operator delete(clipboard);
 }
@@ -476,7 +476,7 @@ TEST_F(Application, RunsWithItsOwnMenusWhoseCommandsItEnables) {
     EXPECT_EQ(vm::EntryStates(*gMenuBar->GetMenu(5)), "ddE");
     vm::DestroyMenuBar();
     CP_Clipboard* const clipboard = gClipboard;
-    clipboard->~CP_Clipboard();
+    clipboard->CP_Clipboard::~CP_Clipboard();
     ::operator delete(clipboard);
 }
 
