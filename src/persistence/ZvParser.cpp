@@ -506,6 +506,25 @@ void ZvParser::CopyStateFrom(const ZvParser& other) {
     mVariables = other.mVariables;
 }
 
+void ZvParser::SplitFields(std::vector<ZvString>& out, const ZvString& list) {
+    const int16_t count = CountFields(list);
+    out.assign(count > 0 ? static_cast<std::size_t>(count) : 0, ZvString());
+    std::string_view rest = list.view();
+    int16_t index = 0;
+    while (true) {
+        const std::size_t end = rest.find(',');
+        if (index >= 0 && index < count) {
+            const std::string_view field = rest.substr(0, end);
+            out[static_cast<std::size_t>(index)].append(field.data(), static_cast<uint32_t>(field.size()));
+        }
+        if (end == std::string_view::npos) {
+            break;
+        }
+        rest.remove_prefix(end + 1);
+        index = static_cast<int16_t>(index + 1);
+    }
+}
+
 bool ZvParser::ResolveVariable(ZvString& text) const {
     std::string_view key = text.view();
     if (!key.empty() && key.front() == mVariableMarker) {

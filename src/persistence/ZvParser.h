@@ -121,6 +121,9 @@ public:
     void CopyStateFrom(const ZvParser& other);
     void SetStreamLittleEndian(bool littleEndian) { mStreamLittleEndian = littleEndian; }
 
+    // All the fields that CountFields counts, each as GetField gives it, in one pass over the list.
+    void SplitFields(std::vector<ZvString>& out, const ZvString& list);
+
     // Replaces a text that is the key of a variable, with or without the marker in front, by the
     // variable's value. True when one was found; otherwise the text stays as it is.
     bool ResolveVariable(ZvString& text) const;
