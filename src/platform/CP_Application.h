@@ -36,8 +36,8 @@ public:
     virtual bool AttemptQuit();
     // Takes one message from the queue. False, with `outEvent` untouched, when there is none.
     virtual bool GetEvent(CP_Event& outEvent);
-    // Makes the menu bar and the clipboard object. They outlive the application; whoever wants them
-    // gone deletes `gMenuBar` and `gClipboard`.
+    // Makes the menu bar and the clipboard object. They outlive the application and stay until
+    // the program ends.
     virtual void Initialize();
     // Loads menu resource 128 into the menu bar object, if there is one.
     virtual void MakeMenuBar();

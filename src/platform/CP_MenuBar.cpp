@@ -66,7 +66,8 @@ void CP_MenuBar::LoadFromResource(int16_t inNumber) {
         // REQUIRED: as for submenus, the creator's reference is never given back.
         CP_Menu* const menu = new CP_Menu(MenuNumberAt(numbers, i), title, menuH, false);
         menu->AddReference();
-        if (CP_Check(fMenus != nullptr, "CP_MenuBar", 870, "fMenus != NULL"))
+        const bool entered = CP_Check(fMenus != nullptr, "CP_MenuBar", 870, "fMenus != NULL");
+        if (entered)
             fMenus->push_back(menu);
 
         // REQUIRED: counted from 1 where the first entry is 0, so the first entry of a menu keeps its
@@ -74,6 +75,10 @@ void CP_MenuBar::LoadFromResource(int16_t inNumber) {
         const int32_t count = os::CountMenuEntries(menuH);
         for (int32_t position = 1; position <= count; ++position) {
             menu->BuildSubMenuAt(position, &CP_MenuBar::Add);
+        }
+        if (!entered) {
+            menu->Release();
+            menu->Release();
         }
     }
     fAccelerators = os::LoadAcceleratorResource(inNumber);

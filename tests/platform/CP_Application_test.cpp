@@ -6,7 +6,6 @@
 #include <string>
 
 #include "foundation/CP_Exceptions.h"
-#include "platform/CP_Clipboard.h"
 #include "platform/CP_Desktop.h"
 #include "platform/CP_Event.h"
 #include "platform/CP_EventHandlerAttachment.h"
@@ -455,10 +454,8 @@ TEST_F(Application, MakesTheMenuBarAndTheClipboardWithoutLoadingAnything) {
     application.MakeMenuBar();
     EXPECT_EQ(gMenuBar->CountMenus(), 6) << "resource 128";
     vm::DestroyMenuBar();
-    CP_Clipboard* const clipboard = gClipboard;
-    clipboard->CP_Clipboard::~CP_Clipboard();
+    vm::DestroyClipboard();
     EXPECT_EQ(gClipboard, nullptr);
-    ::operator delete(clipboard);
 }
 
 TEST_F(Application, RunsWithItsOwnMenusWhoseCommandsItEnables) {
@@ -475,9 +472,7 @@ TEST_F(Application, RunsWithItsOwnMenusWhoseCommandsItEnables) {
     ASSERT_NE(gMenuBar, nullptr);
     EXPECT_EQ(vm::EntryStates(*gMenuBar->GetMenu(5)), "ddE");
     vm::DestroyMenuBar();
-    CP_Clipboard* const clipboard = gClipboard;
-    clipboard->CP_Clipboard::~CP_Clipboard();
-    ::operator delete(clipboard);
+    vm::DestroyClipboard();
 }
 
 }  // namespace

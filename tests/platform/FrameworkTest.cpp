@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "platform/CP_Clipboard.h"
 #include "platform/os/Memory.h"
 #include "platform/os/Menus.h"
 
@@ -37,6 +38,12 @@ void DestroyMenuBar() {
     }
     os::DestroyMenuTree(gMenuBarHandle);
     gMenuBarHandle = nullptr;
+}
+
+void DestroyClipboard() {
+    CP_Clipboard* const clipboard = gClipboard;
+    clipboard->CP_Clipboard::~CP_Clipboard();
+    ::operator delete(clipboard);
 }
 
 std::string EntryText(os::MenuHandle menu, int32_t position) {

@@ -64,6 +64,9 @@ void PutForeignData(uint32_t format, const std::vector<uint8_t>& bytes);
 // Takes a menu bar down and with it, against the framework's habit of leaving them behind, its menus.
 void DestroyMenuBar();
 
+// Its class has no virtual destructor, and so isn't deleted as such.
+void DestroyClipboard();
+
 // A menu bar from resource `number`.
 class LoadedMenuBar {
 public:
