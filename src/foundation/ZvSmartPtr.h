@@ -48,7 +48,7 @@ public:
         Assign(pointer);
         return *this;
     }
-    ZvSmartPtr& operator=(const ZvSmartPtr& other) {  // NOLINT(bugprone-unhandled-self-assignment): see Assign
+    ZvSmartPtr& operator=(const ZvSmartPtr& other) {  // NOLINT(bugprone-unhandled-self-assignment)
         Assign(other.fPointer);
         return *this;
     }
