@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -263,6 +264,10 @@ void ForEachRun(RunImage& image, const ZvRect& rect, Work&& work) {
         }
     }
 }
+
+// Packed bits, most significant first, to a byte (0 or 1) each, and the low bits of bytes back.
+void UnpackBits(const uint8_t* bits, int32_t firstBit, uint8_t* out, int32_t count);
+void PackBits(const uint8_t* values, uint8_t* bits, int32_t firstBit, int32_t count);
 
 // Where a transfer lands, and the way from a target pixel to its source: source = target - (dx, dy).
 struct Transfer {

@@ -217,8 +217,12 @@ public:
     }
 
 protected:
-    // Sizes below 1 become 1. The clip is the whole image.
-    ZvImage(int32_t width, int32_t height, int32_t bitsPerPixel);
+    // Sizes below 1 become 1. The clip is the whole image. `typeName` is the run-time type as it is written
+    // in the source and must outlive the image.
+    ZvImage(int32_t width, int32_t height, int32_t bitsPerPixel, const char* typeName);
+
+    // Takes over every field of this class, not those of the bases.
+    void CopyBaseFields(const ZvImage& other);
 
     uint32_t mPixelKind = 0;
     uint32_t mColorModel = 0;
@@ -229,6 +233,9 @@ protected:
     float mXRes = 0;  // per inch; set by the caller or from a stream
     float mYRes = 0;
     uint8_t mTiled = 0;
+
+private:
+    const char* mTypeName;
 };
 
 namespace vm {

@@ -1,0 +1,4 @@
+#include "image/ZvTiledImage.inl"
+
+template const vm::RecordOps& vm::RecordOpsOf<PxCmyka80>();
+template class ZvTiledImage<PxCmyka80>;

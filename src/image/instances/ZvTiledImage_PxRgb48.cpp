@@ -1,0 +1,4 @@
+#include "image/ZvTiledImage.inl"
+
+template const vm::RecordOps& vm::RecordOpsOf<PxRgb48>();
+template class ZvTiledImage<PxRgb48>;

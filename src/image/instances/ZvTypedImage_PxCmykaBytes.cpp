@@ -1,0 +1,3 @@
+#include "image/ZvTypedImage.inl"
+
+template class ZvTypedImage<PxCmykaBytes>;
