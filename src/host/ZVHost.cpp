@@ -2,6 +2,7 @@
 
 #include "host/HostGlobals.h"
 #include "image/ZvImage.h"
+#include "platform/os/Events.h"
 
 ZVHost::ZVHost(void* module) : mModule(module) {
     gHost = this;
@@ -11,7 +12,17 @@ ZVHost::~ZVHost() {
     gHost = nullptr;
 }
 
+void ZVHost::Initialize() {
+    CP_Application::Initialize();
+    mModule = nullptr;
+}
+
+void ZVHost::MakeMenuBar() {}
+
+void ZVHost::StartUp() {}
+
 int32_t ZVHost::RunHost() {
+    Run();
     return 0;
 }
 
@@ -43,10 +54,9 @@ int32_t ZVHost::GetHostMode() {
     return 0;
 }
 
-bool ZVHost::PickColor(PxRgba64*) {
-    return false;
-}
-
 intptr_t ZVHost::RunMessageLoop() {
-    return 0;
+    os::Message message;
+    while (os::WaitForMessage(message))
+        os::TranslateAndDeliver(message);
+    return static_cast<intptr_t>(message.firstParameter);
 }

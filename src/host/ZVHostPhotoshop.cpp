@@ -28,11 +28,14 @@ void ScaleRect(Rect& rect, double scale) {
 ZVHostPhotoshop::ZVHostPhotoshop(void* module, FilterRecord* filterRecord, int16_t* result)
     : ZVHost(module), mFilterRecord(filterRecord), mResult(result) {
     mHosted = 1;
+    Initialize();
 }
 
 ZVHostPhotoshop::~ZVHostPhotoshop() {
     std::free(mScriptState);
 }
+
+void ZVHostPhotoshop::Initialize() {}
 
 bool ZVHostPhotoshop::IsImageModeSupported() {
     switch (mFilterRecord->imageMode) {

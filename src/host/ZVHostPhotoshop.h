@@ -17,6 +17,9 @@ public:
     ZVHostPhotoshop(void* module, FilterRecord* filterRecord, int16_t* result);
     ~ZVHostPhotoshop() override;
 
+    // Nothing: a plug-in has no menu bar and no clipboard object, and it keeps its module.
+    void Initialize() override;
+
     // See ZVHost. The source image owns its pixels; the mask is a view of the host's memory, good until the
     // host is called with another selector. Failures store the host's code as the result.
     bool GetSourceImage(ZvSmartPtr<ZvImage>& image, ZvSmartPtr<ZvImage>& mask, uint8_t& colorType) override;
@@ -72,6 +75,9 @@ public:
     // Reads a recorded block into `mScriptState`. True when the user is to be asked, false when the block
     // alone drives the run.
     virtual bool ReadScriptParameters();
+
+    // Not owned; null only for a host object that never saw one.
+    FilterRecord* GetFilterRecord() const { return mFilterRecord; }
 
 protected:
     uint8_t* mScriptState = nullptr;  // from malloc; the block to replay
