@@ -1,3 +1,4 @@
 #include "image/ZvTypedImage.inl"
 
+template class vm::PixelImage<vm::RowImage, PxCmykBytes>;
 template class ZvTypedImage<PxCmykBytes>;

@@ -1,3 +1,4 @@
 #include "image/ZvTypedImage.inl"
 
+template class vm::PixelImage<vm::RowImage, PxGrayABytes>;
 template class ZvTypedImage<PxGrayABytes>;
