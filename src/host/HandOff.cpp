@@ -161,6 +161,7 @@ bool ZVHostPhotoshop::WriteRequest(const ZvString& directory) {
     const bool askUser = ReadScriptParameters();
     // REQUIRED: a block that was recorded doesn't go out when the user is asked.
     stream->WriteSInt32(askUser ? 0 : mScriptStateSize, nullptr, true);
+    // REQUIRED: also without a block. Nothing is written then, and the file reports the null pointer.
     if (!askUser)
         stream->WriteBytes(mScriptState, static_cast<uint32_t>(mScriptStateSize), true);
 
