@@ -151,6 +151,9 @@ protected:
         ZvString mValue;
     };
 
+    // True behind the last byte of the stream. Opens a closed file stream, as a read does.
+    bool AtEndOfInput();
+
     bool mStreamLittleEndian = false;
     bool mHostLittleEndian = true;
     std::vector<OpenBracket> mOpenBrackets;
@@ -167,7 +170,6 @@ private:
     T ReadHostOrder();
     template <class T>
     void WriteHostOrder(T value);
-    bool AtEndOfInput();
 
     int32_t mObjectDepth = 0;
 };
