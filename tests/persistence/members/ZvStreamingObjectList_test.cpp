@@ -345,8 +345,6 @@ TEST(FieldList, ResolvesAVariableForAWholeValue) {
     ByteStream stream("7B 2E 00 05 23 68 6F 6D 65 7D");
     stream.GetParser()->CopyStateFrom(Parser());
     PointList list(nullptr, "Points");
-    // Attaching takes the old parser's variables over, so the parser under test becomes the old one.
-    stream.GetParser()->CopyStateFrom(*parser);
     list.ReadValue(stream);
     ASSERT_EQ(list.mValue.size(), 1u);
     EXPECT_EQ(list.mValue[0], ZvDPoint2d(5, 6));
