@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Drives samples/framework_demo under Wine with real key strokes and clicks on a display of its own.
 
-    framework.py [--program FILE] [--screenshots FOLDER] [NAME...]
+    framework.py [--program FILE] [--hello FILE] [--screenshots FOLDER] [NAME...]
 
 Each test starts the program anew, acts as its user, and reads what it says with --trace. NAME picks tests by a part of
 their names. Ends with "N passed, N failed"; the exit code is 0 when nothing failed. Needs Wine, Xvfb, xdotool and
@@ -88,13 +88,13 @@ class Demo:
 
     programs = []
 
-    def __init__(self, options):
+    def __init__(self, options, *arguments):
         self.options = options
         before = set(windows(MAIN_WINDOW))
         self.lines = []
         self.seen = 0
         self.process = subprocess.Popen(
-            [os.path.join(ROOT, "scripts", "wine-run.sh"), options.program, "--trace"],
+            [os.path.join(ROOT, "scripts", "wine-run.sh"), options.program, "--trace", *arguments],
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         Demo.programs.append(self)
         threading.Thread(target=self.read, daemon=True).start()
@@ -430,6 +430,72 @@ def a_window_that_refuses_to_close_keeps_the_program(options):
     demo.expect_end()
 
 
+def runs_without_a_menu_bar(options):
+    demo = Demo(options, "--no-menus")
+    demo.type("no menus")
+    demo.expect('document: text "no menus"')
+    demo.key("ctrl+c")             # no accelerators either
+    demo.expect_nothing("command 110")
+    demo.screenshot("no-menus")
+    demo.key("alt+F4")
+    demo.expect("window: asked to close, agrees")
+    demo.expect_end()
+
+
+def a_report_when_the_application_is_gone_does_no_harm(options):
+    demo = Demo(options, "--report-at-end")
+    demo.key("ctrl+q")
+    demo.expect("application: left the loop")
+    window = wait_for("the report", lambda: windows("CP_Exception"))[0]
+    # The report updates the menus, whose handles stand for menus that went with their window.
+    demo.focus(window)
+    demo.screenshot("report-at-end")
+    demo.key("Return")
+    demo.expect("application: gone")
+    check(demo.process.wait(PATIENCE) == 0, "the program fails")
+
+
+def the_smallest_program_greets_and_quits(options):
+    before = set(windows("Hello"))
+    program = subprocess.Popen([os.path.join(ROOT, "scripts", "wine-run.sh"), options.hello],
+                               stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    try:
+        window = wait_for("the window", lambda: set(windows("Hello")) - before, 120.0).pop()
+        x, y, width, height = geometry(window)
+        run("xdotool", "mousemove", str(x + width - 20), str(y + height - 20), "click", "1")
+        time.sleep(0.5)
+        for key in ("alt+f", "g"):
+            run("xdotool", "key", key)
+            time.sleep(0.3)
+        wait_for("the greeting", lambda: windows("Hello, world"))
+        for key in ("alt+h", "a"):
+            run("xdotool", "key", key)
+            time.sleep(0.3)
+        about = wait_for("the information", lambda: windows("About Hello"))[0]
+        run("xdotool", "windowfocus", "--sync", str(about))
+        time.sleep(0.5)
+        run("xdotool", "key", "Return")
+        wait_for("the end of the information", lambda: not windows("About Hello"))
+        run("xdotool", "mousemove", str(x + width - 20), str(y + height - 20), "click", "1")
+        time.sleep(0.5)
+        for key in ("alt+f", "q"):
+            run("xdotool", "key", key)
+            time.sleep(0.3)
+        check(program.wait(PATIENCE) == 0, "the program fails")
+    finally:
+        if program.poll() is None:
+            program.kill()
+        program.wait(PATIENCE)
+
+
+def the_documentation_shows_the_smallest_program_as_it_is(options):
+    with open(os.path.join(ROOT, "docs", "framework.md"), encoding="utf-8") as file:
+        blocks = re.findall(r"```(?:cpp|rc)\n(.*?)```", file.read(), re.DOTALL)
+    for name in ("main.cpp", "hello.rc"):
+        with open(os.path.join(ROOT, "samples", "framework_hello", name), encoding="utf-8") as file:
+            check(file.read() in blocks, f"docs/framework.md doesn't show samples/framework_hello/{name}")
+
+
 TESTS = [
     starts_as_the_target_and_ends_by_its_accelerator,
     takes_keys_and_every_attachment_sees_those_that_are_accelerators,
@@ -444,17 +510,23 @@ TESTS = [
     a_missing_menu_is_reported_and_goes_on,
     a_thrown_exception_ends_the_loop_after_its_report,
     a_window_that_refuses_to_close_keeps_the_program,
+    runs_without_a_menu_bar,
+    a_report_when_the_application_is_gone_does_no_harm,
+    the_smallest_program_greets_and_quits,
+    the_documentation_shows_the_smallest_program_as_it_is,
 ]
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--program", default=os.path.join(ROOT, "build", "win32", "bin", "framework_demo.exe"))
+    parser.add_argument("--hello", default=os.path.join(ROOT, "build", "win32", "bin", "framework_hello.exe"))
     parser.add_argument("--screenshots", help="folder for pictures of the screen")
     parser.add_argument("names", nargs="*")
     options = parser.parse_args()
-    if not os.path.isfile(options.program):
-        raise SystemExit(f"framework: error: there is no {options.program}")
+    for program in (options.program, options.hello):
+        if not os.path.isfile(program):
+            raise SystemExit(f"framework: error: there is no {program}")
     if options.screenshots:
         os.makedirs(options.screenshots, exist_ok=True)
     passed = failed = 0

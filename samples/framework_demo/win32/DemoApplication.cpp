@@ -53,7 +53,6 @@ private:
 }  // namespace
 
 DemoApplication::DemoApplication() {
-    gLoadsMenuBars = true;
     gDesktop = &mDesktop;
     gIdlers = &mIdlers;
     AddAttachment(std::make_unique<AcceleratorAttachment>());
