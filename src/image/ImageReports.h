@@ -28,7 +28,6 @@ inline constexpr int16_t kLineBlendRect = 905;       // "fromRect.fBottom != fro
 inline constexpr int16_t kLineBlendMasked = 988;     // "from != nil", "fromRect.fBottom != from->Height()"
 inline constexpr int16_t kLineBlendScaled = 1061;    // the same two
 inline constexpr int16_t kLineBlendAdjusted = 1134;  // the same two
-inline constexpr int16_t kLinePaintMasked = 1207;    // "mask != nil"
 inline constexpr int16_t kLineMixImage = 1283;       // "from != nil"
 inline constexpr int16_t kLineFillClip = 1402;       // "mClippingRect.fBottom != this->Height()"
 inline constexpr int16_t kLineDrawRect = 1451;       // "mClippingRect.fBottom != this->Height()"

@@ -205,6 +205,11 @@ public:
     // A new image on the same storage: both see the same tiles or the same block.
     virtual ZvImage* Duplicate() const = 0;
 
+    // One pixel through the kernel of a resampling mode, on GetRgba: 1 takes the pixel nearest to (x, y), 2
+    // is bilinear, 3 to 5 read 4 by 4 pixels around (x, y), limited to the image. Any other mode leaves `out`
+    // as it is.
+    void SampleKernel(PxRgbaBytes& out, float x, float y, int32_t mode) const;
+
     // Fields, without a virtual call.
     int32_t Width() const { return mWidth; }
     int32_t Height() const { return mHeight; }
