@@ -15,12 +15,12 @@ namespace effects_app {
 // All in percent. Applied in this order; a value of 0 leaves the image as it is.
 struct EffectSettings {
     std::string name = "Crisp and Warm";  // 100 bytes at most, printable, no `;`
-    int32_t sharpen = 60;                 // 0 to 500: difference to the neighbourhood, added
-    int32_t saturation = 25;              // -100 to 100
-    int32_t brightness = 4;               // -100 to 100
-    int32_t red = 5;                      // -100 to 100, and so the next two
-    int32_t green = 1;
-    int32_t blue = -4;
+    int32_t sharpen = 80;                 // 0 to 500: difference to the neighbourhood, added
+    int32_t saturation = 40;              // -100 to 100
+    int32_t brightness = 6;               // -100 to 100
+    int32_t red = 6;                      // -100 to 100, and so the next two
+    int32_t green = 2;
+    int32_t blue = -2;
 
     bool operator==(const EffectSettings&) const = default;
 };

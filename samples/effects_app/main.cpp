@@ -30,12 +30,12 @@ replayed action) gets the effect that those describe; any other gets that of the
 
 Vm.settings, if there is such a file beside the program, holds lines 'key = value':
   name = Crisp and Warm    the effect's name
-  sharpen = 60             percent, 0 to 500
-  saturation = 25          percent, -100 to 100, as all that follow
-  brightness = 4
-  red = 5
-  green = 1
-  blue = -4
+  sharpen = 80             percent, 0 to 500
+  saturation = 40          percent, -100 to 100, as all that follow
+  brightness = 6
+  red = 6
+  green = 2
+  blue = -2
   delay-ms = 0             wait so long before answering
   flag-timeout-ms = 10000  wait so long for a request
   log = Vm.log             append what is done to this file beside the program
