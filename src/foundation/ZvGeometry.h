@@ -196,7 +196,7 @@ inline constexpr ZvDPoint2d kInvalidDPoint2d{-99999.0, -99999.0};
 
 // A straight piece between two points, with what distance questions need worked out beforehand. The
 // cached fields belong to the ends given at construction.
-class ZvDSegment {
+class ZvDSegment final {
 public:
     // Ends with equal x are told apart by adding 0.01 to the second x, and likewise for y, so that no
     // segment has zero length. (At magnitudes where 0.01 is lost, the length of a segment with equal
