@@ -255,6 +255,16 @@ void ZvLayer::GetBounds(ZvRect& outBounds) {
     }
 }
 
+ZvRect ZvLayer::CoveredRect() {
+    ZvRect covered;
+    GetBounds(covered);
+    for (ZvLayerIterator iter(this, true); !iter.AtEnd(); iter.Previous()) {
+        covered.Union(iter.Current()->mMergedRect);
+        covered.Union(iter.Current()->mDirtyRect);
+    }
+    return covered;
+}
+
 void ZvLayer::GetImageBounds(ZvRect& outBounds) {
     GetBounds(outBounds);
     ZvPoint at = mCompositeOrigin;
@@ -460,8 +470,7 @@ bool ZvLayer::RemoveFromTree(ZvLayer* layer) {
     if (parent == nullptr) {
         return false;  // the root is in no list
     }
-    ZvRect bounds;
-    layer->GetBounds(bounds);
+    const ZvRect bounds = layer->CoveredRect();
     if (iter.PreviousLayer() != nullptr) {
         iter.PreviousLayer()->AddDirtyRect(bounds);
     }
@@ -481,8 +490,7 @@ void ZvLayer::InvalidateInParent(ZvLayer* layer) {
     if (!CP_Check(previous != nullptr, "ZvLayer", 434, "iter.PreviousLayer() != nil")) {
         return;
     }
-    ZvRect bounds;
-    layer->GetBounds(bounds);
+    const ZvRect bounds = layer->CoveredRect();
     previous->AddDirtyRect(bounds);
 
     // A place that isn't shown won't be rendered and pass the change on: then the parent has to.
@@ -544,9 +552,7 @@ void ZvLayer::DisableColor() {
 void ZvLayer::SetVisible(bool visible, ZvLayer* root) {
     mVisible = visible;
     if (visible) {
-        ZvRect bounds;
-        GetBounds(bounds);
-        AddDirtyRect(bounds);
+        AddDirtyRect(CoveredRect());
     } else if (root != nullptr) {
         root->InvalidateInParent(this);
     }
@@ -559,9 +565,7 @@ bool ZvLayer::IsVisible() {
 void ZvLayer::SetHidden(bool hidden, ZvLayer* root) {
     mFlagHidden = hidden;
     if (!hidden) {
-        ZvRect bounds;
-        GetBounds(bounds);
-        AddDirtyRect(bounds);
+        AddDirtyRect(CoveredRect());
     } else if (root != nullptr) {
         root->InvalidateInParent(this);
     }

@@ -176,12 +176,16 @@ protected:
     static ZvRect PlacedRect(const ZvImage* image, const ZvPoint& at);
     ZvPoint ImagePlace() const;
     ZvRect OwnRect();
+    // All that has to be made anew when this tree comes or goes: its bounds, where its pictures were shown
+    // last (an offset moves a picture out of its bounds), and what it has still to make anew itself.
+    ZvRect CoveredRect();
 
     // Takes over what changed below: the area the context was touched in, and, when the context has another
     // image than the one this layer was rendered over, all that either covers. Keeps the context's target as
     // the backdrop.
     void TakeOverBackdrop(const ZvRenderContext& context);
-    // Makes what the layer's picture covered last time dirty if it now stands elsewhere.
+    // Makes what the layer's picture covered last time dirty if it now stands elsewhere, and its place if the
+    // layer itself is dirty.
     void NotePlace(const ZvRect& place);
     // Composites `source`, standing at `at`, into the cached composite over the context's image, inside
     // `clip` (null: the layer's bounds), and makes the composite the context's target.

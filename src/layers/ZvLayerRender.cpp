@@ -110,6 +110,9 @@ void ZvLayer::NotePlace(const ZvRect& place) {
     if (!mMergedRect.IsEmpty() && !(mMergedRect == place)) {
         AddDirtyRect(mMergedRect);
     }
+    if (mDirty && !place.IsEmpty()) {
+        AddDirtyRect(place);
+    }
 }
 
 // Sublayers that aren't shown are owed what changed while they were skipped; they pay when they are shown
