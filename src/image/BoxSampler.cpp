@@ -78,7 +78,7 @@ Stretch BoxSampler::SetColumns(const Stretch& columns) {
     for (int32_t i = 0; i < columns.count; ++i) {
         const SourceSpan span = SpanX(columns.first + i);
         if (span.Count() == 0) {
-            // Spans advance steadily, so the empty ones are all on one side.
+            // Beyond the source, or between -1 and 0, which truncates to 0 and ends before it.
             if (mSpans.empty())
                 continue;
             break;

@@ -108,7 +108,7 @@ void ForEachSampledRow(const ZvRect& area, RgbaSampler& sampler, Work&& work) {
             for (int32_t y = area.fTop; y <= area.fBottom; ++y)
                 work(columns, y);
         }
-        x = end;
+        x = columns.count > 0 ? int64_t{columns.first} + columns.count : end;
     }
 }
 
