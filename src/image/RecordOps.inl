@@ -2,147 +2,80 @@
 
 // The table of one pixel type. Included by the source files under instances/ only.
 
-#include <cstring>
 #include <type_traits>
 
-#include "image/pixels/PxRecords.h"
+#include "image/kernels/rows/BlendRows.h"
+#include "image/kernels/rows/ChannelRows.h"
+#include "image/kernels/rows/ConvertRows.h"
+#include "image/kernels/rows/PlaneRows.h"
 #include "image/RecordOps.h"
 
 namespace vm {
 
 template <class P>
 struct RecordLoops {
-    static const P* From(const void* records) { return static_cast<const P*>(records); }
-    static P* To(void* records) { return static_cast<P*>(records); }
+    static std::span<const P> From(const void* records, size_t count) {
+        return {static_cast<const P*>(records), count};
+    }
+    static std::span<P> To(void* records, size_t count) { return {static_cast<P*>(records), count}; }
 
-    // At this opacity the integer mixes yield the source itself; a copy says so faster.
-    static constexpr bool kMixesToSource =
-        !std::is_same_v<P, PxDepthFloat> && !std::is_same_v<P, PxXyFloats> && !std::is_same_v<P, PxXyFixed>;
     static constexpr bool kIsCmykBytes = std::is_same_v<P, PxCmykBytes>;
 
     static void ToRgba(const void* records, PxRgbaBytes* out, size_t count) {
-        if constexpr (std::is_same_v<P, PxRgbaBytes>) {
-            std::memcpy(out, records, count * sizeof(P));
-        } else {
-            for (size_t i = 0; i < count; ++i)
-                out[i] = From(records)[i].GetRgba();
-        }
+        GetRgbaRow(From(records, count), out);
     }
     static void FromRgba(const PxRgbaBytes* in, void* records, size_t count) {
-        if constexpr (std::is_same_v<P, PxRgbaBytes>) {
-            std::memcpy(records, in, count * sizeof(P));
-        } else {
-            for (size_t i = 0; i < count; ++i)
-                To(records)[i].PutRgba(in[i]);
-        }
+        PutRgbaRow(in, To(records, count));
     }
     static void ToRgb(const void* records, PxRgbBytes* out, size_t count) {
-        for (size_t i = 0; i < count; ++i) {
+        for (const P& pixel : From(records, count)) {
             // A record that can't be read so reports it and leaves what the caller has.
             if constexpr (kIsCmykBytes)
-                From(records)[i].GetRgb();
+                pixel.GetRgb();
             else
-                out[i] = From(records)[i].GetRgb();
+                *out++ = pixel.GetRgb();
         }
     }
     static void FromRgb(const PxRgbBytes* in, void* records, size_t count) {
-        for (size_t i = 0; i < count; ++i)
-            To(records)[i].PutRgb(in[i]);
+        for (P& pixel : To(records, count))
+            pixel.PutRgb(*in++);
     }
     static void ToByte(const void* records, uint8_t* out, size_t count) {
-        for (size_t i = 0; i < count; ++i)
-            out[i] = From(records)[i].GetByte();
+        for (const P& pixel : From(records, count))
+            *out++ = pixel.GetByte();
     }
     static void FromByte(const uint8_t* in, void* records, size_t count) {
-        for (size_t i = 0; i < count; ++i)
-            To(records)[i].PutByte(in[i]);
+        for (P& pixel : To(records, count))
+            pixel.PutByte(*in++);
     }
     static void ToRgba64(const void* records, PxRgba64* out, size_t count) {
-        if constexpr (std::is_same_v<P, PxRgba64>) {
-            std::memcpy(out, records, count * sizeof(P));
-        } else {
-            for (size_t i = 0; i < count; ++i)
-                out[i] = From(records)[i].GetRgba64();
-        }
+        GetRgba64Row(From(records, count), out);
     }
     static void FromRgba64(const PxRgba64* in, void* records, size_t count) {
-        if constexpr (std::is_same_v<P, PxRgba64>) {
-            std::memcpy(records, in, count * sizeof(P));
-        } else {
-            for (size_t i = 0; i < count; ++i)
-                To(records)[i].PutRgba64(in[i]);
-        }
+        PutRgba64Row(in, To(records, count));
     }
 
-    static constexpr size_t kSampleBytes = static_cast<size_t>(P::kInfo.bitsPerChannel + 7) / 8;
-
-    // The channel is a constant of each loop, so that its choice isn't made once per pixel.
-    template <int32_t channel>
-    static void GatherChannel(const P* records, uint8_t* samples, size_t count) {
-        for (size_t i = 0; i < count; ++i)
-            records[i].GetChannel(samples + i * kSampleBytes, channel);
-    }
-    template <int32_t channel>
-    static void ScatterChannel(const uint8_t* samples, P* records, size_t count) {
-        for (size_t i = 0; i < count; ++i)
-            records[i].PutChannel(samples + i * kSampleBytes, channel);
-    }
     static void Gather(const void* records, void* samples, size_t count, int32_t channel) {
-        auto* const out = static_cast<uint8_t*>(samples);
-        switch (channel) {
-        case 1:
-            return GatherChannel<1>(From(records), out, count);
-        case 2:
-            return GatherChannel<2>(From(records), out, count);
-        case 3:
-            return GatherChannel<3>(From(records), out, count);
-        case 4:
-            return GatherChannel<4>(From(records), out, count);
-        default:
-            return GatherChannel<0>(From(records), out, count);
-        }
+        GatherRow(From(records, count), samples, channel);
     }
     static void Scatter(const void* samples, void* records, size_t count, int32_t channel) {
-        const auto* const in = static_cast<const uint8_t*>(samples);
-        switch (channel) {
-        case 1:
-            return ScatterChannel<1>(in, To(records), count);
-        case 2:
-            return ScatterChannel<2>(in, To(records), count);
-        case 3:
-            return ScatterChannel<3>(in, To(records), count);
-        case 4:
-            return ScatterChannel<4>(in, To(records), count);
-        default:
-            return ScatterChannel<0>(in, To(records), count);
-        }
+        ScatterRow(samples, To(records, count), channel);
     }
 
     static void Mix255(void* records, const void* source, size_t count, float t) {
-        if (kMixesToSource && t == 1.0f && !std::is_same_v<P, PxGrayBit>) {
-            std::memmove(records, source, count * sizeof(P));
-            return;
-        }
-        for (size_t i = 0; i < count; ++i)
-            To(records)[i].Mix255(From(source)[i], t);
+        Mix255Row(To(records, count), static_cast<const P*>(source), t);
     }
     static void Mix256(void* records, const void* source, size_t count, float t) {
-        for (size_t i = 0; i < count; ++i)
-            To(records)[i].Mix256(From(source)[i], t);
+        Mix256Row(To(records, count), static_cast<const P*>(source), t);
     }
     static void Composite(void* records, const void* source, size_t count) requires Compositing<P> {
-        for (size_t i = 0; i < count; ++i)
-            To(records)[i].Composite(From(source)[i]);
+        CompositeRow(To(records, count), static_cast<const P*>(source));
     }
     static void CompositeBy(void* records, const void* source, size_t count,
                             float t) requires Compositing<P> {
-        for (size_t i = 0; i < count; ++i)
-            To(records)[i].Composite(From(source)[i], t);
+        CompositeRow(To(records, count), static_cast<const P*>(source), t);
     }
-    static void Invert(void* records, size_t count) {
-        for (size_t i = 0; i < count; ++i)
-            To(records)[i].Invert();
-    }
+    static void Invert(void* records, size_t count) { InvertRow(To(records, count)); }
 
     // The types whose records survive the way through a view.
     static constexpr bool kKeptByRgba = std::is_same_v<P, PxGrayByte> || std::is_same_v<P, PxGrayABytes> ||

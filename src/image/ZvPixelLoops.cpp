@@ -1,7 +1,6 @@
 #include "image/ZvPixelLoops.h"
 
-#include <array>
-
+#include "image/kernels/rows/ChannelRows.h"
 #include "image/ViewRows.h"
 
 namespace vm {
@@ -19,8 +18,7 @@ void ForEachRgba64(ZvImage& image, int32_t width, int32_t height, Change&& chang
     ForEachRewrite(image, AreaOf(width, height), [&](int32_t x, int32_t y, int32_t count) {
         PxRgba64 pixels[kViewPixels];
         reader.Rgba64(x, y, count, pixels);
-        for (int32_t i = 0; i < count; ++i)
-            change(pixels[i]);
+        change(std::span<PxRgba64>(pixels, static_cast<size_t>(count)));
         writer.Rgba64(x, y, count, pixels);
     });
 }
@@ -32,8 +30,9 @@ RunImage* RunsOf(ZvImage& image) {
     return runs != nullptr && &runs->Record() == &RecordOpsOf<P>() ? runs : nullptr;
 }
 
+// `change` gets each run of records. False, and nothing done, if the image holds others.
 template <class P, class Change>
-bool ForEachRecordOf(ZvImage& image, int32_t width, int32_t height, Change&& change) {
+bool ForEachRowOf(ZvImage& image, int32_t width, int32_t height, Change&& change) {
     RunImage* const runs = RunsOf<P>(image);
     if (runs == nullptr)
         return false;
@@ -41,63 +40,36 @@ bool ForEachRecordOf(ZvImage& image, int32_t width, int32_t height, Change&& cha
     for (int32_t y = 0; y < height; ++y) {
         for (int32_t x = 0; x < width;) {
             const Run run = writer.At(x, y, width - x);
-            auto* const records = reinterpret_cast<P*>(run.pixels);
-            for (int32_t i = 0; i < run.count; ++i)
-                change(records[i]);
+            change(std::span<P>(reinterpret_cast<P*>(run.pixels), static_cast<size_t>(run.count)));
             x += run.count;
         }
     }
     return true;
 }
 
-// trunc(c * 1.999) kept to 16 bits, for every c.
-const std::array<uint16_t, 0x10000>& ScaleTable() {
-    static const auto kTable = [] {
-        std::array<uint16_t, 0x10000> table{};
-        for (uint32_t c = 0; c < table.size(); ++c)
-            table[c] = static_cast<uint16_t>(static_cast<uint32_t>(c * 1.999));
-        return table;
-    }();
-    return kTable;
-}
-
 }  // namespace
 
 void SwapChannels02(ZvImage& image, int32_t width, int32_t height) {
-    const auto swapRedAndBlue = [](auto& pixel) {
-        const auto red = pixel.red;
-        pixel.red = pixel.blue;
-        pixel.blue = red;
-    };
+    const auto swap = [](auto row) { SwapRedAndBlueRow(row); };
     // Widening and narrowing a byte gives it back, so these records swap in place.
-    if (ForEachRecordOf<PxRgbaBytes>(image, width, height, swapRedAndBlue) ||
-        ForEachRecordOf<PxRgbBytes>(image, width, height, swapRedAndBlue) ||
-        ForEachRecordOf<PxRgba64>(image, width, height, swapRedAndBlue) ||
-        ForEachRecordOf<PxRgb48>(image, width, height, swapRedAndBlue))
+    if (ForEachRowOf<PxRgbaBytes>(image, width, height, swap) ||
+        ForEachRowOf<PxRgbBytes>(image, width, height, swap) ||
+        ForEachRowOf<PxRgba64>(image, width, height, swap) ||
+        ForEachRowOf<PxRgb48>(image, width, height, swap))
         return;
-    ForEachRgba64(image, width, height, swapRedAndBlue);
+    ForEachRgba64(image, width, height, swap);
 }
 
 void ScaleChannels(ZvImage& image, int32_t width, int32_t height, int32_t channels) {
-    const auto& table = ScaleTable();
-    const auto scale = [&table, channels](PxRgba64& pixel) {
-        if (channels > 0)
-            pixel.red = table[pixel.red];
-        if (channels > 1)
-            pixel.green = table[pixel.green];
-        if (channels > 2)
-            pixel.blue = table[pixel.blue];
-        if (channels > 3)
-            pixel.alpha = table[pixel.alpha];
-    };
-    if (!ForEachRecordOf<PxRgba64>(image, width, height, scale))
+    const auto scale = [channels](std::span<PxRgba64> row) { ScaleRow(row, channels); };
+    if (!ForEachRowOf<PxRgba64>(image, width, height, scale))
         ForEachRgba64(image, width, height, scale);
 }
 
 void InvertChannels(ZvImage& image, int32_t width, int32_t height) {
     RunImage* const runs = AsRunImage(&image);
     if (runs == nullptr) {
-        ForEachRgba64(image, width, height, [](PxRgba64& pixel) { pixel.Invert(); });
+        ForEachRgba64(image, width, height, [](std::span<PxRgba64> row) { InvertRow(row); });
         return;
     }
     ForEachRun(*runs, AreaOf(width, height), [runs](Run run, int32_t, int32_t) {
@@ -106,16 +78,9 @@ void InvertChannels(ZvImage& image, int32_t width, int32_t height) {
 }
 
 void HalveChannels(ZvImage& image, int32_t width, int32_t height) {
-    const auto halve = [](PxRgba64& pixel) {
-        pixel = {static_cast<uint16_t>(pixel.red >> 1), static_cast<uint16_t>(pixel.green >> 1),
-                 static_cast<uint16_t>(pixel.blue >> 1), static_cast<uint16_t>(pixel.alpha >> 1)};
-    };
-    const auto halveRgb = [](PxRgb48& pixel) {
-        pixel = {static_cast<uint16_t>(pixel.blue >> 1), static_cast<uint16_t>(pixel.green >> 1),
-                 static_cast<uint16_t>(pixel.red >> 1)};
-    };
-    if (ForEachRecordOf<PxRgba64>(image, width, height, halve) ||
-        ForEachRecordOf<PxRgb48>(image, width, height, halveRgb))
+    const auto halve = [](auto row) { HalveRow(row); };
+    if (ForEachRowOf<PxRgba64>(image, width, height, halve) ||
+        ForEachRowOf<PxRgb48>(image, width, height, halve))
         return;
     ForEachRgba64(image, width, height, halve);
 }
