@@ -359,7 +359,14 @@ void ZvTextParser::ReadString(ZvString& out, const char* /*name*/) {
 
 void ZvTextParser::ReadBytes(void* buffer, uint32_t count, const char* /*name*/) {
     SkipBlanksAndCommas();
-    if (Peek() != '<') {
+    const int first = Peek();
+    if (first != '<') {
+        // Somebody may ask as long as the stream holds anything.
+        if (IsClosing(first)) {
+            Next();
+        } else {
+            ReadToken();
+        }
         return;
     }
     Next();

@@ -45,7 +45,8 @@ public:
     float ReadFloat(const char* name = nullptr) override;
     double ReadDouble(const char* name = nullptr) override;
     void ReadString(ZvString& out, const char* name = nullptr) override;
-    // Takes up to `count` bytes of what stands between < and >; the rest of them is skipped.
+    // Takes up to `count` bytes of what stands between < and >; the rest of them is skipped, and so is
+    // anything else that stands in their place.
     void ReadBytes(void* buffer, uint32_t count, const char* name = nullptr) override;
     void ReadFourCC(uint32_t* out, const char* name = nullptr) override;
     // A field gives its name and its value, a single value or word an empty name. Lists come without their

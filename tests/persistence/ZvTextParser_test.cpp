@@ -385,6 +385,18 @@ TEST_F(TextParser, BytesAreHexadecimalDigits) {
     EXPECT_TRUE(stream.AtEnd());
 }
 
+TEST_F(TextParser, BytesThatAreNotThereTakeWhatStandsInTheirPlace) {
+    TextStream stream("word 5 } <41>");
+    uint8_t byte = 0;
+    for (int i = 0; i < 3; ++i) {
+        stream.ReadBytes(&byte, 1);
+        EXPECT_EQ(byte, 0);
+    }
+    stream.ReadBytes(&byte, 1);
+    EXPECT_EQ(byte, 0x41);
+    EXPECT_TRUE(stream.AtEnd());
+}
+
 TEST_F(TextParser, AMemoryStreamSurvivesInsideAMemoryStream) {
     ZvMemoryStream outer;
     UseTextParser(outer);
