@@ -1,23 +1,24 @@
 #pragma once
 
 // The three records that are views: the forms in which pixels of any type are read and written, beside a
-// single byte of coverage.
-//
+// single byte of coverage. All records are plain values whose fields stand in storage order, without padding.
 // Every record offers
-//   GetRgba / PutRgba        PxRgbaBytes
-//   GetRgb / PutRgb          PxRgbBytes
-//   GetByte / PutByte        one byte that best stands for coverage; not a gray value
-//   GetRgba64 / PutRgba64    PxRgba64, the neutral colour of the image interface
-//   GetChannel / PutChannel  one channel, raw, 1, 2 or 4 bytes wide: (bitsPerChannel + 7) / 8. An index out
-//   of range
-//                            addresses channel 0 of the numbering (RGB records: 0 red, 1 green, 2 blue, 3
-//                            alpha, whatever the storage order; CMYK records: storage order)
-// and, where it has colour, blends of a second record of its own type:
-//   Composite(src)           src over this by src's alpha
-//   Composite(src, t)        the same with the alpha times t
-//   Mix255, Mix256           towards src by t, in the integer forms of the formats
-// `t` is a float from 0 to 1. All records are plain values whose fields stand in storage order, without
-// padding.
+//
+//   GetRgba, PutRgba        PxRgbaBytes
+//   GetRgb, PutRgb          PxRgbBytes
+//   GetByte, PutByte        one byte that best stands for coverage; not a gray value
+//   GetRgba64, PutRgba64    PxRgba64, the neutral colour of the image interface
+//   GetChannel, PutChannel  one channel, raw, (bits per channel + 7) / 8 bytes wide
+//   Mix255, Mix256          blends of a second record of the type into this one, by a float t from 0 to 1
+//   Invert                  the complement of each colour channel; alpha and coordinates stay
+//
+// and those with colour and alpha
+//
+//   Composite(src)          src over this by src's alpha
+//   Composite(src, t)       the same with the alpha times t
+//
+// RGB records number their channels 0 red, 1 green, 2 blue, 3 alpha, whatever the storage order; all others
+// in storage order. An index that the record doesn't have addresses channel 0.
 
 #include "image/pixels/PixelInfo.h"
 #include "image/pixels/PxNumbers.h"
