@@ -17,6 +17,17 @@ ZvImage* Make(int32_t width, int32_t height) {
     return new Image(width, height);
 }
 
+template <class Image, class P>
+void Mix255(ZvImage& image, const PxRgba64& colour, float t, int32_t x, int32_t y) {
+    auto& typed = static_cast<Image&>(image);
+    P narrowed{};
+    narrowed.PutRgba64(colour);
+    P pixel{};
+    typed.GetPixel(pixel, x, y);
+    pixel.Mix255(narrowed, t);
+    typed.PutPixel(pixel, x, y);
+}
+
 size_t ChannelBytes(const ZvImage& image) {
     return static_cast<size_t>(image.BitsPerChannel() + 7) / 8;
 }
@@ -79,10 +90,12 @@ const std::vector<ImageClass>& ImageClasses() {
     static const std::vector<ImageClass> classes = [] {
         std::vector<ImageClass> list;
         ForEachRecord([&]<class P>() {
-            list.push_back({std::string("tiled ") + P::kName, true, Make<ZvTiledImage<P>>});
+            list.push_back(
+                {std::string("tiled ") + P::kName, true, Make<ZvTiledImage<P>>, Mix255<ZvTiledImage<P>, P>});
         });
         const auto row = [&]<class P>() {
-            list.push_back({std::string("row ") + P::kName, false, Make<ZvTypedImage<P>>});
+            list.push_back(
+                {std::string("row ") + P::kName, false, Make<ZvTypedImage<P>>, Mix255<ZvTypedImage<P>, P>});
         };
         row.template operator()<PxGrayByte>();
         row.template operator()<PxGrayABytes>();

@@ -17,6 +17,8 @@ struct ImageClass {
     std::string name;  // "tiled PxRgbBytes"
     bool tiled;
     ZvImage* (*make)(int32_t width, int32_t height);
+    // Mix255 of a colour into one pixel of an image of this class.
+    void (*mix255)(ZvImage& image, const PxRgba64& colour, float t, int32_t x, int32_t y);
 };
 
 const std::vector<ImageClass>& ImageClasses();
