@@ -28,6 +28,12 @@ protected:
         mDirectory.Write("data.bin", std::string(bytes.begin(), bytes.end()));
     }
     void PutText(std::string_view bytes) { mDirectory.Write("data.bin", bytes); }
+    // Others can't write into an open file, and the block that was read ahead outlives a closing.
+    static void WhileClosed(ZvFileStream& stream, const std::function<void()>& action) {
+        stream.Close();
+        action();
+        stream.Open(ZvFileStream::kModeRead);
+    }
     std::string OnDisk() {
         const std::string bytes = mDirectory.Read("data.bin");
         return ToHex({bytes.begin(), bytes.end()});
@@ -265,7 +271,7 @@ TEST_F(FileStream, ReadOnlyServesReadsFromTheBlockAndReadWriteFromTheFile) {
     ZvFileStream ahead(mSpec);
     ahead.Open(ZvFileStream::kModeRead);
     EXPECT_EQ(ahead.ReadUInt8(), 1);
-    Put("0A 0B 0C");
+    WhileClosed(ahead, [&] { Put("0A 0B 0C"); });
     EXPECT_EQ(ahead.ReadUInt8(), 2);
     ahead.Close();
 
@@ -277,6 +283,7 @@ TEST_F(FileStream, ReadOnlyServesReadsFromTheBlockAndReadWriteFromTheFile) {
     EXPECT_EQ(mStream.ReadUInt8(), 0x0B);
 }
 
+#ifndef _WIN32  // There nobody else can write into an open file.
 TEST_F(FileStream, AReadAtTheEndSeesWhatWasAppendedSince) {
     Put("01");
     mStream.Open(ZvFileStream::kModeRead);
@@ -286,12 +293,13 @@ TEST_F(FileStream, AReadAtTheEndSeesWhatWasAppendedSince) {
     EXPECT_FALSE(mStream.AtEnd());
     EXPECT_EQ(mStream.ReadUInt8(), 2);
 }
+#endif
 
 TEST_F(FileStream, SeekInsideTheBlockStaysInIt) {
     Put("01 02 03");
     mStream.Open(ZvFileStream::kModeRead);
     mStream.ReadUInt8();
-    Put("0A 0B 0C");
+    WhileClosed(mStream, [&] { Put("0A 0B 0C"); });
     EXPECT_TRUE(mStream.Seek(0));
     EXPECT_EQ(mStream.Tell(), 0u);
     EXPECT_EQ(mStream.ReadUInt8(), 1);
@@ -301,7 +309,7 @@ TEST_F(FileStream, SeekToTheExactEndOfTheBlockRefillsIt) {
     PutText(std::string(kBlock, 'a') + "b");
     mStream.Open(ZvFileStream::kModeRead);
     mStream.ReadUInt8();
-    PutText(std::string(kBlock, 'x') + "y");
+    WhileClosed(mStream, [&] { PutText(std::string(kBlock, 'x') + "y"); });
     EXPECT_TRUE(mStream.Seek(kBlock - 1));
     EXPECT_EQ(mStream.ReadUInt8(), 'a');
     EXPECT_TRUE(mStream.Seek(kBlock));
