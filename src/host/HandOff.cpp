@@ -78,7 +78,7 @@ struct FreeBlock {
 
 // Reads a block of `size` bytes and makes it the one that Finish records. What the file doesn't hold is zero.
 // False, with the earlier block still in force, when the memory can't be had.
-bool ReadScriptState(ZvFileStream& stream, int32_t size) {
+bool ReadScriptState(ZvStream& stream, int32_t size) {
     if (size < 0 || static_cast<uint64_t>(stream.Tell()) + static_cast<uint32_t>(size) >
                         static_cast<uint64_t>(stream.GetLength()) + kBlockTolerance)
         return false;
@@ -136,7 +136,7 @@ void ZVHostPhotoshop::DoStart() {
 
     ZvSmartPtr<ZvImage> image;
     ZvSmartPtr<ZvImage> mask;
-    if (!ReadReply(directory, image, mask)) {
+    if (!FetchReply(directory, image, mask)) {
         *mResult = userCanceledErr;
         return;
     }
@@ -186,8 +186,8 @@ bool ZVHostPhotoshop::WriteRequest(const ZvString& directory) {
     return true;
 }
 
-bool ZVHostPhotoshop::ReadReply(const ZvString& directory, ZvSmartPtr<ZvImage>& image,
-                                ZvSmartPtr<ZvImage>& mask) {
+bool ZVHostPhotoshop::FetchReply(const ZvString& directory, ZvSmartPtr<ZvImage>& image,
+                                 ZvSmartPtr<ZvImage>& mask) {
     std::unique_ptr<ZvFileStream> stream;
     try {
         stream.reset(vm::NewUnreleasedReplyStream(vm::ExchangeFile(gImageFileName, directory)));
@@ -196,19 +196,23 @@ bool ZVHostPhotoshop::ReadReply(const ZvString& directory, ZvSmartPtr<ZvImage>& 
     }
     stream->Open(ZvFileStream::kModeReadWrite);
     UseBinaryParser(*stream);
-
-    if (stream->ReadSInt32() != 0)
-        stream->ReadString(gEffectName);
-    const int32_t blockSize = stream->ReadSInt32();
-    if (blockSize != 0 && !ReadScriptState(*stream, blockSize))
+    if (!ReadReply(*stream, image, mask))
         return false;
-    // REQUIRED: the reply's colour type is read and has no effect, whatever it says.
-    static_cast<void>(stream->ReadSInt32());
-    if (stream->ReadBool())
-        mask = ReadImage(*stream);
-    image = ReadImage(*stream);
-
     stream->Close();
     static_cast<void>(stream.release());
+    return true;
+}
+
+bool ZVHostPhotoshop::ReadReply(ZvStream& stream, ZvSmartPtr<ZvImage>& image, ZvSmartPtr<ZvImage>& mask) {
+    if (stream.ReadSInt32() != 0)
+        stream.ReadString(gEffectName);
+    const int32_t blockSize = stream.ReadSInt32();
+    if (blockSize != 0 && !ReadScriptState(stream, blockSize))
+        return false;
+    // REQUIRED: the reply's colour type is read and has no effect, whatever it says.
+    static_cast<void>(stream.ReadSInt32());
+    if (stream.ReadBool())
+        mask = ReadImage(stream);
+    image = ReadImage(stream);
     return true;
 }

@@ -5,6 +5,8 @@
 #include "host/FilterRecord.h"
 #include "host/ZVHost.h"
 
+class ZvStream;
+
 // The host object of the published filter interface. One is made for each selector call, serves it and is
 // destroyed; what lasts longer stands in HostGlobals.h. It reads and writes the host's record, which it does
 // not own, and stores each selector's outcome through the host's result pointer.
@@ -80,6 +82,11 @@ public:
     FilterRecord* GetFilterRecord() const { return mFilterRecord; }
 
 protected:
+    // Reads the application's answer, field by field, and takes over its effect name and its block. What the
+    // stream doesn't hold is zero, an object that is no image is none. False when memory doesn't suffice for
+    // the block; a size that the stream can't justify counts as that.
+    bool ReadReply(ZvStream& stream, ZvSmartPtr<ZvImage>& image, ZvSmartPtr<ZvImage>& mask);
+
     uint8_t* mScriptState = nullptr;  // from malloc; the block to replay
     int32_t mScriptStateSize = 0;     // bytes of it
     FilterRecord* mFilterRecord;
@@ -89,7 +96,6 @@ private:
     // Writes the host's picture and the replayed block to the exchange file. False when the run ends there,
     // with the result as it was.
     bool WriteRequest(const ZvString& directory);
-    // Reads the application's answer from the exchange file and takes over its effect name and its block.
-    // False when memory ran out.
-    bool ReadReply(const ZvString& directory, ZvSmartPtr<ZvImage>& image, ZvSmartPtr<ZvImage>& mask);
+    // ReadReply from the exchange file. False when memory ran out.
+    bool FetchReply(const ZvString& directory, ZvSmartPtr<ZvImage>& image, ZvSmartPtr<ZvImage>& mask);
 };

@@ -25,8 +25,6 @@ using FileNames = std::set<std::string>;
 // A picture of two pixels; the host's bytes are red, green, blue.
 class HandOff : public testing::Test {
 protected:
-    static constexpr int32_t kWidth = 2;
-
     // The request for that picture as an object: RGBA, plane by plane.
     static std::string RequestedImage() {
         return ImageObject("ZvImageRgbaBytes", 2, 1, {10, 255, 20, 0, 30, 1, 255, 255});
