@@ -25,7 +25,7 @@ constexpr struct {
                   {11, 4, 8}, {4, 4, 4}, {4, 5, 5}, {13, 4, 8}, {13, 5, 10}};
 
 // The host: delivers a buffer for the rectangle that is asked for, unless that is absurd.
-constexpr int64_t kMaxOutput = int64_t{1} << 26;
+constexpr int64_t kMaxOutput = int64_t{1} << 18;
 FilterRecord gRecord;
 int32_t gBytesPerPixel = 1;
 std::vector<uint8_t> gOutput;

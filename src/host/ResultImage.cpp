@@ -140,6 +140,10 @@ bool ZVHostPhotoshop::PutResultImage(ZvSmartPtr<ZvImage>& image, ZvSmartPtr<ZvIm
     SetDataPointers(nullptr);
     AdvanceState();
 
-    Transfer(mode, planes, {*image, width, height, record.outRowBytes, record.outData});
+    // Without a buffer the transfer goes to memory of its own and is lost. A picture that is larger than the
+    // document doesn't get that memory: its size may be a damaged file's invention.
+    const int64_t documentPixels = int64_t{GetImageWidth()} * GetImageHeight();
+    if (record.outData != nullptr || int64_t{width} * height <= documentPixels)
+        Transfer(mode, planes, {*image, width, height, record.outRowBytes, record.outData});
     return true;
 }

@@ -31,8 +31,9 @@ inline std::string Raw(const std::vector<uint8_t>& bytes) {
 // planes one after the other.
 inline std::string ImageObject(const std::string& className, int32_t width, int32_t height,
                                const std::vector<uint8_t>& planes) {
-    return Text(className) + Sint32(width) + Sint32(height) + Sint32(0) + Sint32(0) + Sint32(width - 1) +
-           Sint32(height - 1) + std::string(8, '\0') + std::string(1, '\0') + Raw(planes);
+    return Text(className) + Sint32(width) + Sint32(height) + Sint32(0) + Sint32(0) +
+           Sint32(int64_t{width} - 1) + Sint32(int64_t{height} - 1) + std::string(8, '\0') +
+           std::string(1, '\0') + Raw(planes);
 }
 
 // The fields in their order; the same shape serves request and reply.

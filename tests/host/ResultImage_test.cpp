@@ -179,6 +179,18 @@ TEST(ResultRequest, ARefusalIsNotLookedAt) {
     EXPECT_EQ(waiting.host.result, FakeHost::kUntouched);
 }
 
+TEST(ResultRequest, WithoutABufferTheTransferIsMadeAllTheSameAndLost) {
+    // The ramps' reports tell that it is made.
+    ReportRecorder reports;
+    WaitingHost waiting(4, 4, 2, 2);
+    waiting.host.deliversNothing = true;
+    TestPlugIn plugIn(waiting.host);
+    ZvSmartPtr<ZvImage> image = Picture<PxCmykBytes>(2, 2, ByteVector(16));
+    ZvSmartPtr<ZvImage> mask;
+    EXPECT_TRUE(plugIn.PutResultImage(image, mask));
+    EXPECT_EQ(reports.Lines().size(), 10240u) << "256 rows of 40 pixels";
+}
+
 TEST(ResultRequest, ANullImageIsRefusedBeforeTheHostIsAsked) {
     WaitingHost waiting(3, 3, 2, 1);
     const Rect before = waiting.host.Record().outRect;

@@ -1,5 +1,5 @@
-// Replies that are cut, lie about their sizes, or name what nobody knows. Nothing of that may hurt the host's process;
-// what the host sees in the end is fixed: the reply is taken as far as it goes.
+// Replies that are cut, lie about their sizes, or name what nobody knows. Nothing of that may hurt the host's
+// process; what the host sees in the end is fixed: the reply is taken as far as it goes.
 
 #include <gtest/gtest.h>
 
@@ -100,7 +100,8 @@ TEST_F(DamagedReply, AnEmptyReplyPutsNothingAndCountsAsARun) {
 
 TEST_F(DamagedReply, AClassThatIsNotRegisteredIsReportedAndPutsNothing) {
     Exchange reply = Whole();
-    for (const char* const name : {"ZvImageCmyka64", "ZvImageCmyka80", "NoSuchClass", "ZvTiledImage<PxGrayABytes>"}) {
+    for (const char* const name :
+         {"ZvImageCmyka64", "ZvImageCmyka80", "NoSuchClass", "ZvTiledImage<PxGrayABytes>"}) {
         reply.image = ImageObject(name, 2, 1, ByteVector(8));
         Run(reply.Bytes());
         EXPECT_EQ(mHost.result, 0) << name;
@@ -129,7 +130,8 @@ TEST_F(DamagedReply, AMaskThatIsNoImageIsNoMask) {
 }
 
 TEST_F(DamagedReply, AbsurdSizesOfThePictureAreSurvived) {
-    for (const char* const name : {"ZvImageRgbaBytes", "ZvRowImageRgbBytes", "ZvImageGrayBit", "ZvImageRgba64"}) {
+    for (const char* const name :
+         {"ZvImageRgbaBytes", "ZvRowImageRgbBytes", "ZvImageGrayBit", "ZvImageRgba64"}) {
         for (const int32_t width : {0, -1, 1, 2, 0x7FFFFFFF, INT32_MIN}) {
             for (const int32_t height : {0, -1, 1, 2, 0x7FFFFFFF, INT32_MIN}) {
                 Exchange reply = Whole();
