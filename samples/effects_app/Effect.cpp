@@ -17,35 +17,36 @@ namespace {
 struct ColourLayout {
     int32_t bytesPerSample;
     int32_t samples;                  // in a pixel, alpha included
-    int32_t colours;                  // 1 gray, 3 red green blue or cyan magenta yellow, 4 with black
-    std::array<int32_t, 4> position;  // of each colour among the samples
-    bool ink;
+    int32_t colours;                  // 1 gray, 3 red green blue or cyan magenta yellow
+    std::array<int32_t, 3> position;  // of each colour among the samples
+    int32_t black = -1;               // of the black ink; the colours are then inks too
 
+    bool Ink() const { return black >= 0; }
     int32_t Full() const { return bytesPerSample == 1 ? 255 : 65535; }
 };
 
 std::optional<ColourLayout> LayoutOf(uint32_t pixelKind) {
     switch (pixelKind) {
     case FourCC("GraB"):
-        return ColourLayout{1, 1, 1, {0}, false};
+        return ColourLayout{1, 1, 1, {0}};
     case FourCC("GraA"):
-        return ColourLayout{1, 2, 1, {0}, false};
+        return ColourLayout{1, 2, 1, {0}};
     case FourCC("RG24"):
-        return ColourLayout{1, 3, 3, {2, 1, 0}, false};
+        return ColourLayout{1, 3, 3, {2, 1, 0}};
     case FourCC("Rgba"):
-        return ColourLayout{1, 4, 3, {2, 1, 0}, false};
+        return ColourLayout{1, 4, 3, {2, 1, 0}};
     case FourCC("RG48"):
-        return ColourLayout{2, 3, 3, {2, 1, 0}, false};
+        return ColourLayout{2, 3, 3, {2, 1, 0}};
     case FourCC("Rg64"):
-        return ColourLayout{2, 4, 3, {0, 1, 2}, false};
+        return ColourLayout{2, 4, 3, {0, 1, 2}};
     case FourCC("Cmyk"):
-        return ColourLayout{1, 4, 4, {0, 1, 2, 3}, true};
+        return ColourLayout{1, 4, 3, {0, 1, 2}, 3};
     case FourCC("Cmya"):
-        return ColourLayout{1, 5, 4, {0, 1, 2, 3}, true};
+        return ColourLayout{1, 5, 3, {0, 1, 2}, 3};
     case FourCC("Cm64"):
-        return ColourLayout{2, 4, 4, {0, 1, 2, 3}, true};
+        return ColourLayout{2, 4, 3, {0, 1, 2}, 3};
     case FourCC("Cm80"):
-        return ColourLayout{2, 5, 4, {0, 1, 2, 3}, true};
+        return ColourLayout{2, 5, 3, {0, 1, 2}, 3};
     default:
         return std::nullopt;
     }
@@ -64,18 +65,28 @@ public:
         image.GetRow(mBytes.data(), 0, y, mWidth);
         for (int32_t colour = 0; colour < mLayout.colours; ++colour) {
             for (int32_t x = 0; x < mWidth; ++x) {
-                const int32_t value = Sample(x, colour);
-                Light(colour)[x] = mLayout.ink ? mLayout.Full() - value : value;
+                const int32_t value = Sample(x, Position(colour));
+                Light(colour)[x] =
+                    mLayout.Ink() ? std::max(0, mLayout.Full() - value - Sample(x, mLayout.black)) : value;
             }
         }
     }
 
     // Puts `light` (laid out as here) in the place of the colours and stores the row.
     void Store(ZvImage& image, int32_t y, const std::vector<int32_t>& light) {
-        for (int32_t colour = 0; colour < mLayout.colours; ++colour) {
-            for (int32_t x = 0; x < mWidth; ++x) {
-                const int32_t value = light[static_cast<std::size_t>(colour * mWidth + x)];
-                SetSample(x, colour, mLayout.ink ? mLayout.Full() - value : value);
+        for (int32_t x = 0; x < mWidth; ++x) {
+            const auto at = [&](int32_t colour) {
+                return light[static_cast<std::size_t>(colour * mWidth + x)];
+            };
+            int32_t paper = 0;  // light that the black ink leaves
+            if (mLayout.Ink()) {
+                // As much black as before, unless the brightest colour needs more light.
+                const int32_t brightest = std::max({at(0), at(1), at(2)});
+                paper = std::max(mLayout.Full() - Sample(x, mLayout.black), brightest);
+                SetSample(x, mLayout.black, mLayout.Full() - paper);
+            }
+            for (int32_t colour = 0; colour < mLayout.colours; ++colour) {
+                SetSample(x, Position(colour), mLayout.Ink() ? paper - at(colour) : at(colour));
             }
         }
         image.PutRow(mBytes.data(), 0, y, mWidth);
@@ -85,25 +96,25 @@ public:
     const int32_t* Light(int32_t colour) const { return mLight.data() + colour * mWidth; }
 
 private:
-    std::size_t Offset(int32_t x, int32_t colour) const {
-        const int32_t position = mLayout.position[static_cast<std::size_t>(colour)];
+    int32_t Position(int32_t colour) const { return mLayout.position[static_cast<std::size_t>(colour)]; }
+    std::size_t Offset(int32_t x, int32_t position) const {
         return static_cast<std::size_t>((x * mLayout.samples + position) * mLayout.bytesPerSample);
     }
-    int32_t Sample(int32_t x, int32_t colour) const {
+    int32_t Sample(int32_t x, int32_t position) const {
         if (mLayout.bytesPerSample == 1) {
-            return mBytes[Offset(x, colour)];
+            return mBytes[Offset(x, position)];
         }
         uint16_t word = 0;
-        std::memcpy(&word, mBytes.data() + Offset(x, colour), sizeof(word));
+        std::memcpy(&word, mBytes.data() + Offset(x, position), sizeof(word));
         return word;
     }
-    void SetSample(int32_t x, int32_t colour, int32_t value) {
+    void SetSample(int32_t x, int32_t position, int32_t value) {
         if (mLayout.bytesPerSample == 1) {
-            mBytes[Offset(x, colour)] = static_cast<uint8_t>(value);
+            mBytes[Offset(x, position)] = static_cast<uint8_t>(value);
             return;
         }
         const auto word = static_cast<uint16_t>(value);
-        std::memcpy(mBytes.data() + Offset(x, colour), &word, sizeof(word));
+        std::memcpy(mBytes.data() + Offset(x, position), &word, sizeof(word));
     }
 
     const ColourLayout mLayout;
@@ -134,9 +145,9 @@ void Sharpen(const Row& above, const Row& here, const Row& below, int32_t colour
 }
 
 // Saturation, brightness and balance of one pixel's light, in place.
-void Grade(std::array<int32_t, 4>& light, int32_t colours, const EffectSettings& settings,
+void Grade(std::array<int32_t, 3>& light, int32_t colours, const EffectSettings& settings,
            const std::array<int32_t, 3>& balance, int32_t full) {
-    if (colours >= 3) {
+    if (colours == 3) {
         const int32_t gray = (light[0] + light[1] + light[2]) / 3;
         for (std::size_t i = 0; i < 3; ++i) {
             const int32_t saturated = gray + Percent(light[i] - gray, 100 + settings.saturation);
@@ -182,7 +193,7 @@ void ApplyEffect(ZvImage& image, const ZvImage* mask, const EffectSettings& sett
                     result.data() + colour * width);
         }
         for (int32_t x = 0; x < width; ++x) {
-            std::array<int32_t, 4> light{};
+            std::array<int32_t, 3> light{};
             for (int32_t colour = 0; colour < layout->colours; ++colour) {
                 light[static_cast<std::size_t>(colour)] =
                     result[static_cast<std::size_t>(colour * width + x)];

@@ -67,12 +67,21 @@ TEST(Effect, BrightensLightAndLeavesAlpha) {
 TEST(Effect, TakesInkForMissingLight) {
     EffectSettings settings = kNothing;
     settings.brightness = 50;
-    // 255 - 155 = 100 of light becomes 150, which is 105 of ink; black ink the same.
-    const PxCmykBytes pixel = PixelAfter(PxCmykBytes{155, 0, 255, 155}, settings);
-    EXPECT_EQ(pixel.cyan, 105);
+    // 255 - ink - black is 100, 155, 55 of light; half as much again 150, 232, 82. The brightest leaves room
+    // for 23 of the 100 of black, and the inks take away the rest.
+    const PxCmykBytes pixel = PixelAfter(PxCmykBytes{55, 0, 100, 100}, settings);
+    EXPECT_EQ(pixel.cyan, 82);
     EXPECT_EQ(pixel.magenta, 0);
-    EXPECT_EQ(pixel.yellow, 255);
-    EXPECT_EQ(pixel.black, 105);
+    EXPECT_EQ(pixel.yellow, 150);
+    EXPECT_EQ(pixel.black, 23);
+}
+
+TEST(Effect, KeepsTheShareOfBlackInkWhereNothingNeedsMoreLight) {
+    const PxCmykBytes pixel = PixelAfter(PxCmykBytes{60, 70, 80, 90}, kNothing);
+    EXPECT_EQ(pixel.cyan, 60);
+    EXPECT_EQ(pixel.magenta, 70);
+    EXPECT_EQ(pixel.yellow, 80);
+    EXPECT_EQ(pixel.black, 90);
 }
 
 TEST(Effect, SaturationMovesColoursFromTheirMean) {
