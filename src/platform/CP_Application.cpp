@@ -2,6 +2,7 @@
 
 #include "foundation/CP_Exceptions.h"
 #include "platform/CP_Clipboard.h"
+#include "platform/CP_Constants.h"  // so that every program with an application has them
 #include "platform/CP_Desktop.h"
 #include "platform/CP_Event.h"
 #include "platform/CP_EventCodes.h"
