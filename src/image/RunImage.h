@@ -248,17 +248,16 @@ private:
     alignas(16) uint8_t mScratch[kScratchPixels * kMaxRecordBytes];
 };
 
-// Calls `work(Run, x, y)` for all runs of `rect`, row by row from the top. Reports the rows that a row image
-// hasn't.
+// Calls `work(Run, x, y)` for all runs of `rect`, each of at most `longest` pixels, row by row from the top.
+// Each run is in the image before the next one is given out. Reports the rows that a row image hasn't.
 template <class Work>
-void ForEachRun(RunImage& image, const ZvRect& rect, Work&& work) {
+void ForEachRun(RunImage& image, const ZvRect& rect, Work&& work, int32_t longest = INT32_MAX) {
     RunWriter writer(image);
     for (int64_t y = rect.fTop; y <= rect.fBottom; ++y) {
         image.CheckRow(static_cast<int32_t>(y));
         for (int64_t x = rect.fLeft; x <= rect.fRight;) {
-            const int64_t want = std::min<int64_t>(rect.fRight - x + 1, INT32_MAX);
-            const Run run =
-                writer.At(static_cast<int32_t>(x), static_cast<int32_t>(y), static_cast<int32_t>(want));
+            const auto want = static_cast<int32_t>(std::min<int64_t>(rect.fRight - x + 1, longest));
+            const Run run = writer.At(static_cast<int32_t>(x), static_cast<int32_t>(y), want);
             work(run, static_cast<int32_t>(x), static_cast<int32_t>(y));
             x += run.count;
         }

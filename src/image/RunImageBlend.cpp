@@ -21,19 +21,13 @@ struct Piece {
     int32_t count;
 };
 
-// Cuts the runs of the target so that each piece fits the buffers.
 template <class Work>
 void ForEachTargetPiece(RunImage& to, const Transfer& transfer, int32_t longest, Work&& work) {
-    const size_t size = to.Record().size;
-    ForEachRun(to, transfer.target, [&](Run run, int32_t x, int32_t y) {
-        for (int32_t done = 0; done < run.count;) {
-            const int32_t part = std::min(run.count - done, longest);
-            work(Piece{run.pixels + static_cast<size_t>(done) * size,
-                       static_cast<int32_t>(x + done - transfer.dx), static_cast<int32_t>(y - transfer.dy),
-                       part});
-            done += part;
-        }
-    });
+    const auto piece = [&](Run run, int32_t x, int32_t y) {
+        work(Piece{run.pixels, static_cast<int32_t>(x - transfer.dx), static_cast<int32_t>(y - transfer.dy),
+                   run.count});
+    };
+    ForEachRun(to, transfer.target, piece, longest);
 }
 
 // The source of a piece in the runs of an image of the same record: `work(records, source, count)`.

@@ -127,15 +127,11 @@ void RunImage::CopyFrom(const ZvImage* from, const ZvRect& fromRect, const ZvPoi
     if (transfer.target.IsEmpty())
         return;
     RecordReader reader(*this, *from);
-    const int32_t longest = LongestRun(*this, *from, transfer);
-    ForEachRun(*this, transfer.target, [&](Run run, int32_t x, int32_t y) {
-        for (int32_t done = 0; done < run.count;) {
-            const int32_t part = std::min(run.count - done, longest);
-            reader.Read(static_cast<int32_t>(x + done - transfer.dx), static_cast<int32_t>(y - transfer.dy),
-                        part, run.pixels + static_cast<size_t>(done) * mRecord->size);
-            done += part;
-        }
-    });
+    const auto copy = [&](Run run, int32_t x, int32_t y) {
+        reader.Read(static_cast<int32_t>(x - transfer.dx), static_cast<int32_t>(y - transfer.dy), run.count,
+                    run.pixels);
+    };
+    ForEachRun(*this, transfer.target, copy, LongestRun(*this, *from, transfer));
 }
 
 void RunImage::CopyVisible(const ZvImage* from, const ZvRect& fromRect, const ZvPoint& toPoint,

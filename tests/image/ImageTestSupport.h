@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <optional>
 #include <ostream>
 #include <random>
 #include <string>
@@ -122,6 +123,22 @@ P PixelAt(const Image& image, int32_t x, int32_t y) {
     P pixel;
     image.GetPixel(pixel, x, y);
     return pixel;
+}
+
+template <class P>
+inline constexpr bool kHasRowImage = !std::is_same_v<P, PxGrayBit> && !std::is_same_v<P, PxDepthFloat> &&
+                                     !std::is_same_v<P, PxXyFixed> && !std::is_same_v<P, PxXyFloats>;
+
+// The record at (x, y) of an image of P in either family; null for an image of another pixel type.
+template <class P>
+std::optional<P> RecordAt(const ZvImage& image, int32_t x, int32_t y) {
+    if (const auto* const tiled = dynamic_cast<const ZvTiledImage<P>*>(&image))
+        return PixelAt<P>(*tiled, x, y);
+    if constexpr (kHasRowImage<P>) {
+        if (const auto* const typed = dynamic_cast<const ZvTypedImage<P>*>(&image))
+            return PixelAt<P>(*typed, x, y);
+    }
+    return std::nullopt;
 }
 
 // The records of an area, row by row, read one by one.
