@@ -30,6 +30,10 @@ constexpr int32_t kRowSlack = 400;
 constexpr uint64_t kMaxDeflateRatio = 1032;
 constexpr uint64_t kMinPlausibleBytes = 1 << 20;
 
+// libpng takes memory for what a chunk claims to hold before it reads on. More than its longest row needs it
+// doesn't get at once; it then passes the chunk over.
+constexpr png_alloc_size_t kMaxAllocation = 16 << 20;
+
 constexpr bool kLittleEndianHost = std::endian::native == std::endian::little;
 
 void AppendCodec(bool doRegister) {
@@ -45,6 +49,14 @@ const bool kRegistration = (AddRegistrar(AppendCodec), true);
 }
 
 void IgnoreWarning(png_structp /*png*/, png_const_charp /*message*/) {}
+
+png_voidp AllocateUpToLimit(png_structp /*png*/, png_alloc_size_t size) {
+    return size <= kMaxAllocation ? std::malloc(size) : nullptr;
+}
+
+void Free(png_structp /*png*/, png_voidp block) {
+    std::free(block);
+}
 
 // Exceptions of the stream must not cross libpng's frames.
 void ReadFromStream(png_structp png, png_bytep data, size_t length) {
@@ -99,6 +111,7 @@ public:
         mPng = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
         if (mPng != nullptr) {
             png_set_error_fn(mPng, nullptr, LeaveSilently, IgnoreWarning);
+            png_set_mem_fn(mPng, nullptr, AllocateUpToLimit, Free);
             mInfo = png_create_info_struct(mPng);
         }
     }
