@@ -2,9 +2,6 @@
 # Makes a Debian 12 machine ready to build and test Velvetmoor. Safe to run again at any time; when nothing is
 # missing it only looks and returns. Everything comes from the machine's own package sources; the one thing
 # built here is libpng for the Windows target, from the distribution's source package.
-#
-#   scripts/setup.sh            everything
-#   scripts/setup.sh --native   only what the native and asan presets need
 set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$PWD
@@ -20,13 +17,6 @@ windows_packages=(
   xvfb xauth xdotool x11-apps imagemagick
 )
 wine_packages=(wine wine32:i386)
-
-only_native=no
-case "${1:-}" in
-  "") ;;
-  --native) only_native=yes ;;
-  *) echo "setup: error: unknown argument '$1' (only --native is known)" >&2; exit 2 ;;
-esac
 
 mkdir -p build
 log=$root/build/setup.log
@@ -181,12 +171,8 @@ build_libpng() {
   echo "$recipe" >"$stamp"
 }
 
-if [ $only_native = yes ]; then
-  install_tools 1/1 "compilers and libraries" "${native_packages[@]}"
-else
-  install_tools 1/4 "compilers and libraries" "${native_packages[@]}"
-  install_tools 2/4 "Windows compiler and display tools" "${windows_packages[@]}"
-  install_wine 3/4
-  build_libpng 4/4
-fi
+install_tools 1/4 "compilers and libraries" "${native_packages[@]}"
+install_tools 2/4 "Windows compiler and display tools" "${windows_packages[@]}"
+install_wine 3/4
+build_libpng 4/4
 echo "setup: ready"
