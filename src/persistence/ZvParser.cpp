@@ -424,10 +424,12 @@ ZvStreamable* ZvParser::ReadObjectOfClass(const ZvString& className, const char*
 
 void ZvParser::WriteObject(ZvStreamable* object) {
     ZvString className;
-    object->ClassName(className);
+    if (object != nullptr) {
+        object->ClassName(className);
+    }
     WriteString(className, nullptr, true);
     WriteLineBreak();
-    if (mStream != nullptr) {
+    if (object != nullptr && mStream != nullptr) {
         object->WriteTo(*mStream);
     }
 }

@@ -94,7 +94,7 @@ public:
     // narrows it by a checked cast. Null for an empty name; null with the report "object != NULL"
     // (line 250) for a name that is not registered and for an object nested too deep.
     virtual ZvStreamable* ReadObject();
-    // The class name, a line break and the object's own bytes. The object must not be null.
+    // The class name, a line break and the object's own bytes. Null is an empty name, which reads as null.
     virtual void WriteObject(ZvStreamable* object);
 
     // Layout for forms that people read; nothing here.

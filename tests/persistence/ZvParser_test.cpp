@@ -716,6 +716,12 @@ TEST_F(ParserObjects, AnEmptyNameIsNoObjectAndNoReport) {
     EXPECT_THAT(mReports.Lines(), IsEmpty());
 }
 
+TEST_F(ParserObjects, NullIsWrittenAsAnEmptyName) {
+    ByteStream stream;
+    stream.WriteObject(nullptr);
+    EXPECT_EQ(stream.Hex(), "00 00");
+}
+
 TEST_F(ParserObjects, AnUnregisteredNameIsReportedAndGivesNull) {
     ByteStream stream("00 03 4E 6F 70 01 02");
     EXPECT_EQ(stream.ReadObject(), nullptr);
