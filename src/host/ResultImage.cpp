@@ -20,35 +20,38 @@ struct Output {
     int32_t width;
     int32_t height;
     int32_t rowBytes;
-    void* data;
-
-    template <class P>
-    ZvSmartPtr<ZvTypedImage<P>> Wrap() const {
-        return ZvSmartPtr<ZvTypedImage<P>>::Adopt(new ZvTypedImage<P>(width, height, rowBytes, data));
-    }
+    uint8_t* data;  // null when the host delivered none
 };
 
+// A view of `rows` rows of the buffer from row `top` on.
 template <class P>
-ZvSmartPtr<ZvTypedImage<P>> BlendOverWhite(const Output& out) {
-    auto wrapper = out.Wrap<P>();
-    wrapper->FillClip(kOpaqueWhite);
-    wrapper->BlendImage(&out.picture);
-    return wrapper;
+ZvSmartPtr<ZvTypedImage<P>> Wrap(const Output& out, int32_t top, int32_t rows) {
+    uint8_t* const data = out.data != nullptr ? out.data + ptrdiff_t{top} * out.rowBytes : nullptr;
+    return ZvSmartPtr<ZvTypedImage<P>>::Adopt(new ZvTypedImage<P>(out.width, rows, out.rowBytes, data));
 }
 
-template <class P>
-ZvSmartPtr<ZvTypedImage<P>> BlendRectOverWhite(const Output& out) {
-    auto wrapper = out.Wrap<P>();
-    wrapper->FillClip(kOpaqueWhite);
-    wrapper->BlendRect(&out.picture, {0, 0, out.width - 1, out.height - 1}, {0, 0}, 1.0f, nullptr);
-    return wrapper;
+// Calls `work(wrapper, rows)` for one stripe of the buffer after the other, `rows` being the stripe's place
+// in the picture. The passes of one row over a large picture find the stripe in the processor's caches.
+template <class P, class Work>
+void ForEachStripe(const Output& out, Work&& work) {
+    constexpr int32_t kStripeRows = 32;
+    for (int32_t top = 0; top < out.height; top += kStripeRows) {
+        const int32_t rows = std::min(kStripeRows, out.height - top);
+        const ZvSmartPtr<ZvTypedImage<P>> wrapper = Wrap<P>(out, top, rows);
+        work(*wrapper, ZvRect(0, top, out.width - 1, top + rows - 1));
+    }
 }
 
-template <class P>
-ZvSmartPtr<ZvTypedImage<P>> Copy(const Output& out) {
-    auto wrapper = out.Wrap<P>();
-    wrapper->CopyImage(&out.picture);
-    return wrapper;
+constexpr ZvPoint kOrigin = {0, 0};
+
+// White, and the picture blended over it.
+void BlendOverWhite(ZvImage& wrapper, const Output& out, const ZvRect& rows) {
+    wrapper.FillClip(kOpaqueWhite);
+    wrapper.BlendRect(&out.picture, rows, kOrigin, 1.0f, nullptr);
+}
+
+void Copy(ZvImage& wrapper, const Output& out, const ZvRect& rows) {
+    wrapper.CopyFrom(&out.picture, rows, kOrigin, nullptr);
 }
 
 // REQUIRED: every 8-bit CMYK result carries these, always: for each ink a strip ten pixels wide in which it
@@ -76,40 +79,63 @@ void DrawTestRamps(ZvTypedImage<PxCmykBytes>& image) {
 void Transfer(int32_t mode, int32_t planes, const Output& out) {
     switch (vm::ModeAndPlanes(mode, planes)) {
     case vm::ModeAndPlanes(plugInModeGrayScale, 1):
-        BlendOverWhite<PxGrayByte>(out);
+        ForEachStripe<PxGrayByte>(
+            out, [&](ZvImage& wrapper, const ZvRect& rows) { BlendOverWhite(wrapper, out, rows); });
         break;
     case vm::ModeAndPlanes(plugInModeGrayScale, 2):
-        Copy<PxGrayABytes>(out);
+        ForEachStripe<PxGrayABytes>(out,
+                                    [&](ZvImage& wrapper, const ZvRect& rows) { Copy(wrapper, out, rows); });
         break;
     case vm::ModeAndPlanes(plugInModeRGBColor, 3):
-        vm::SwapChannels02(*BlendOverWhite<PxRgbBytes>(out), out.width, out.height);
+        ForEachStripe<PxRgbBytes>(out, [&](ZvImage& wrapper, const ZvRect& rows) {
+            BlendOverWhite(wrapper, out, rows);
+            vm::SwapChannels02(wrapper, wrapper.Width(), wrapper.Height());
+        });
         break;
     case vm::ModeAndPlanes(plugInModeRGBColor, 4):
         // REQUIRED: the returned picture itself is changed, not the copy.
         vm::SwapChannels02(out.picture, out.width, out.height);
-        Copy<PxRgbaBytes>(out);
+        ForEachStripe<PxRgbaBytes>(out,
+                                   [&](ZvImage& wrapper, const ZvRect& rows) { Copy(wrapper, out, rows); });
         break;
     case vm::ModeAndPlanes(plugInModeRGB48, 3):
-        vm::HalveChannels(*BlendOverWhite<PxRgb48>(out), out.width, out.height);
+        ForEachStripe<PxRgb48>(out, [&](ZvImage& wrapper, const ZvRect& rows) {
+            BlendOverWhite(wrapper, out, rows);
+            vm::HalveChannels(wrapper, wrapper.Width(), wrapper.Height());
+        });
         break;
     case vm::ModeAndPlanes(plugInModeRGB48, 4):
-        vm::HalveChannels(*BlendOverWhite<PxRgba64>(out), out.width, out.height);
+        ForEachStripe<PxRgba64>(out, [&](ZvImage& wrapper, const ZvRect& rows) {
+            BlendOverWhite(wrapper, out, rows);
+            vm::HalveChannels(wrapper, wrapper.Width(), wrapper.Height());
+        });
         break;
     case vm::ModeAndPlanes(plugInModeCMYKColor, 4): {
-        const auto wrapper = BlendRectOverWhite<PxCmykBytes>(out);
+        // In one piece, since the ramps may wrap from any row into the next.
+        const auto wrapper = Wrap<PxCmykBytes>(out, 0, out.height);
+        BlendOverWhite(*wrapper, out, {0, 0, out.width - 1, out.height - 1});
         DrawTestRamps(*wrapper);
         vm::InvertChannels(*wrapper, out.width, out.height);
         break;
     }
     case vm::ModeAndPlanes(plugInModeCMYKColor, 5):
-        vm::InvertChannels(*Copy<PxCmykaBytes>(out), out.width, out.height);
+        ForEachStripe<PxCmykaBytes>(out, [&](ZvImage& wrapper, const ZvRect& rows) {
+            Copy(wrapper, out, rows);
+            vm::InvertChannels(wrapper, wrapper.Width(), wrapper.Height());
+        });
         break;
     // REQUIRED: 16-bit inks are not halved, although three of them were scaled on the way out.
     case vm::ModeAndPlanes(plugInModeCMYK64, 4):
-        vm::InvertChannels(*BlendRectOverWhite<PxCmyk64>(out), out.width, out.height);
+        ForEachStripe<PxCmyk64>(out, [&](ZvImage& wrapper, const ZvRect& rows) {
+            BlendOverWhite(wrapper, out, rows);
+            vm::InvertChannels(wrapper, wrapper.Width(), wrapper.Height());
+        });
         break;
     case vm::ModeAndPlanes(plugInModeCMYK64, 5):
-        vm::InvertChannels(*Copy<PxCmyka80>(out), out.width, out.height);
+        ForEachStripe<PxCmyka80>(out, [&](ZvImage& wrapper, const ZvRect& rows) {
+            Copy(wrapper, out, rows);
+            vm::InvertChannels(wrapper, wrapper.Width(), wrapper.Height());
+        });
         break;
     default:
         break;
@@ -144,6 +170,7 @@ bool ZVHostPhotoshop::PutResultImage(ZvSmartPtr<ZvImage>& image, ZvSmartPtr<ZvIm
     // document doesn't get that memory: its size may be a damaged file's invention.
     const int64_t documentPixels = int64_t{GetImageWidth()} * GetImageHeight();
     if (record.outData != nullptr || int64_t{width} * height <= documentPixels)
-        Transfer(mode, planes, {*image, width, height, record.outRowBytes, record.outData});
+        Transfer(mode, planes,
+                 {*image, width, height, record.outRowBytes, static_cast<uint8_t*>(record.outData)});
     return true;
 }

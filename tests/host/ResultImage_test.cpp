@@ -141,6 +141,38 @@ TEST(ResultImage, SixteenBitCmykWithTransparencyIsCopiedInvertedAndNotHalved) {
               Words({65534, 65533, 65235, 0, 40000}));
 }
 
+// Sizes around the edges of tiles and of what is worked on at a time.
+TEST(ResultImage, PicturesOfAnyHeightArriveWhole) {
+    for (const int16_t height :
+         std::initializer_list<int16_t>{1, 31, 32, 33, 63, 64, 65, 127, 128, 129, 200}) {
+        const int16_t width = 130;
+        const size_t pixels = size_t{130} * static_cast<size_t>(height);
+        ByteVector rgba;
+        ByteVector rgb;
+        std::vector<uint16_t> words;
+        std::vector<uint16_t> halves;
+        for (size_t i = 0; i < pixels; ++i) {
+            const auto red = static_cast<uint8_t>(i);
+            const auto green = static_cast<uint8_t>(i / 130);
+            const auto blue = static_cast<uint8_t>(i / 7);
+            rgba.insert(rgba.end(), {blue, green, red, 255});
+            rgb.insert(rgb.end(), {red, green, blue});
+            for (const size_t factor : {1, 3, 5, 7}) {
+                words.push_back(static_cast<uint16_t>(i * factor));
+                halves.push_back(static_cast<uint16_t>(i * factor) / 2);
+            }
+        }
+        {
+            WaitingHost waiting(3, 3, width, height);
+            EXPECT_EQ(waiting.Put(Picture<PxRgbaBytes>(width, height, rgba)), rgb) << height;
+        }
+        {
+            WaitingHost waiting(11, 4, width, height);
+            EXPECT_EQ(waiting.Put(Picture<PxRgba64>(width, height, Words(words))), Words(halves)) << height;
+        }
+    }
+}
+
 TEST(ResultImage, AnyOtherPairIsLeftAloneAndCountsAsSuccess) {
     WaitingHost waiting(10, 1, 1, 1);
     EXPECT_EQ(waiting.Put(Picture<PxRgba64>(1, 1, Words({1, 2, 3, 4}))), (ByteVector{0xCD, 0xCD}));
