@@ -152,6 +152,8 @@ fuzz_one() {
   mkdir -p "$work/found" "$work/corpus"
   local folders=("$work/corpus")
   [ -d "$seeds" ] && folders+=("$seeds")
+  # The images that come with libpng's source make good seeds, the hostile ones among them.
+  [ "$name" = fuzz_Png ] && folders+=("$VM_ROOT"/build/deps/src/libpng/contrib/{pngsuite,testpngs})
   (cd "$work" && timeout $((VM_FUZZ_SECONDS + 120)) "$program" -max_total_time="$VM_FUZZ_SECONDS" -timeout=20 \
     -rss_limit_mb=2048 -malloc_limit_mb=1024 -artifact_prefix="$work/found/" -print_final_stats=1 "${folders[@]}") >"$log" 2>&1
   status=$?
