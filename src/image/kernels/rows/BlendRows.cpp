@@ -1,7 +1,6 @@
 #include "image/kernels/rows/BlendRows.h"
 
-#include <algorithm>
-#include "image/kernels/rows/Words.h"
+#include "image/kernels/rows/Vectors.h"
 
 namespace vm {
 namespace {
@@ -51,71 +50,69 @@ void Mix256Bytes(std::span<P> row, const P* source, float t, uint16_t rounding) 
         scalar::Mix256(row, source, t);
 }
 
-void MixWords(std::span<PxRgba64> row, const PxRgba64* source, float t) {
-    if (t == 1)
-        return CopyRow(row, source);
-    const auto w = static_cast<uint32_t>(TruncToInt32(65535 * t + 1));
-    uint16_t* const dst = &row.data()->red;
-    const uint16_t* const src = &source->red;
-    for (size_t i = 0; i < row.size() * 4; ++i)
-        dst[i] = PxRgba64::MixWord(dst[i], src[i], w);
+// (src*w + dst*(65536-w)) >> 16 on words for w from 1 to 65535, in halves of 16 bits: the high halves of both
+// products and the carry of the low ones.
+__m128i MixedWords(__m128i row, __m128i source, __m128i w, __m128i rest) {
+    const __m128i low = _mm_mullo_epi16(source, w);
+    const __m128i sum = _mm_add_epi16(low, _mm_mullo_epi16(row, rest));
+    // All ones, which is -1, where the sum of the low halves has not wrapped.
+    const __m128i noCarry = _mm_cmpeq_epi16(_mm_subs_epu16(low, sum), _mm_setzero_si128());
+    const __m128i high = _mm_add_epi16(_mm_mulhi_epu16(source, w), _mm_mulhi_epu16(row, rest));
+    return _mm_add_epi16(_mm_add_epi16(high, _mm_set1_epi16(1)), noCarry);
 }
 
-// Pixels whose alphas are looked at together: rows are mostly opaque or mostly clear in long stretches.
-constexpr size_t kBlock = 16;
+void MixWords(std::span<PxRgba64> row, const PxRgba64* source, int32_t w, float t) {
+    const __m128i weight = _mm_set1_epi16(static_cast<int16_t>(w));
+    const __m128i rest = _mm_set1_epi16(static_cast<int16_t>(0x10000 - w));
+    size_t i = 0;
+    for (; i + 2 <= row.size(); i += 2)
+        Store16(&row[i], MixedWords(Load16(&row[i]), Load16(source + i), weight, rest));
+    scalar::Mix256(row.subspan(i), source + i, t);
+}
 
-// What all source alphas of a block have in common.
+void MixRow64(std::span<PxRgba64> row, const PxRgba64* source, float t) {
+    const int32_t w = TruncToInt32(65535 * t + 1);
+    if (w == 0x10000)
+        CopyRow(row, source);
+    else if (w > 0 && w < 0x10000)
+        MixWords(row, source, w, t);
+    else
+        scalar::Mix256(row, source, t);
+}
+
+// What the source alphas of four pixels have in common.
 enum class Cover { kNone, kFull, kMixed };
-Cover CoverOf(const PxRgbaBytes* source, size_t count) {
-    uint32_t all = 0xFF000000U;
-    uint32_t any = 0;
-    for (size_t i = 0; i < count; ++i) {
-        const auto number = Load<uint32_t>(source + i);
-        all &= number;
-        any |= number;
+Cover CoverOf(__m128i alphas) {
+    if (_mm_movemask_epi8(_mm_cmpeq_epi32(alphas, _mm_setzero_si128())) == 0xFFFF)
+        return Cover::kNone;
+    if (_mm_movemask_epi8(_mm_cmpeq_epi32(alphas, _mm_set1_epi32(255))) == 0xFFFF)
+        return Cover::kFull;
+    return Cover::kMixed;
+}
+
+// Four pixels of the source over four of the row; shares s and new alphas A as 32-bit integers. A share of 0
+// leaves the pixel. Single precision gives the integer division: all terms are integers below 2^24, so their
+// sum is exact, and a quotient of such integers by one up to 255 lies too far below the next integer to be
+// rounded up to it.
+__m128i Over(__m128i row, __m128i source, __m128i s, __m128i A) {
+    const __m128 share = _mm_cvtepi32_ps(s);
+    const __m128 rest = _mm_cvtepi32_ps(_mm_sub_epi32(A, s));
+    const __m128 half = _mm_cvtepi32_ps(_mm_srli_epi32(A, 1));
+    const __m128 divisor = _mm_cvtepi32_ps(_mm_max_epi16(A, _mm_set1_epi32(1)));
+    __m128i over = _mm_slli_epi32(A, 24);
+    for (int shift = 0; shift < 24; shift += 8) {
+        const __m128i byte = _mm_set1_epi32(0xFF);
+        const __m128 src = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(source, shift), byte));
+        const __m128 dst = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(row, shift), byte));
+        const __m128 sum = _mm_add_ps(_mm_add_ps(_mm_mul_ps(share, src), _mm_mul_ps(rest, dst)), half);
+        over = _mm_or_si128(over, _mm_slli_epi32(_mm_cvttps_epi32(_mm_div_ps(sum, divisor)), shift));
     }
-    return all == 0xFF000000U ? Cover::kFull : (any & 0xFF000000U) == 0 ? Cover::kNone : Cover::kMixed;
+    return Select(_mm_cmpeq_epi32(s, _mm_setzero_si128()), row, over);
 }
 
-// One colour of the source over the row's. All three terms are integers below 2^24, so single precision holds
-// their sum exactly; and a quotient of two such integers, with a divisor up to 255, lies too far below the
-// next integer to be rounded up to it. So this is the integer division.
-uint32_t OverColour(uint32_t dst, uint32_t src, int shift, float s, float rest, float half, float divisor) {
-    const auto d = static_cast<float>(static_cast<int32_t>(dst >> shift & 0xFF));
-    const auto c = static_cast<float>(static_cast<int32_t>(src >> shift & 0xFF));
-    return static_cast<uint32_t>(static_cast<int32_t>((s * c + rest * d + half) / divisor)) << shift;
-}
-
-// `s` and the new alpha `A` come as integers; s = 0 leaves the pixel.
-uint32_t OverPixel(uint32_t dst, uint32_t src, int32_t s, int32_t A) {
-    const auto divisor = static_cast<float>(std::max(A, 1));
-    const auto share = static_cast<float>(s);
-    const auto rest = static_cast<float>(A - s);
-    const auto half = static_cast<float>(A >> 1);
-    const uint32_t over = OverColour(dst, src, 0, share, rest, half, divisor) |
-                          OverColour(dst, src, 8, share, rest, half, divisor) |
-                          OverColour(dst, src, 16, share, rest, half, divisor) |
-                          static_cast<uint32_t>(A) << 24;
-    const uint32_t changed = s == 0 ? 0 : 0xFFFFFFFFU;
-    return (over & changed) | (dst & ~changed);
-}
-
-int32_t AlphaOf(uint32_t pixel) {
-    return static_cast<int32_t>(pixel >> 24);
-}
-
-// One colour word over another in double precision, which holds all 32-bit terms; see OverColour.
-uint16_t OverColour64(uint16_t dst, uint16_t src, double s, double rest, double divisor) {
-    return static_cast<uint16_t>(static_cast<int32_t>((src * s + dst * rest) / divisor));
-}
-
-void OverPixel64(PxRgba64& dst, const PxRgba64& src, int32_t s) {
-    if (s == 0)
-        return;
-    const double A = static_cast<int32_t>((0xFFFF - dst.alpha) * static_cast<double>(s) / 0xFFFF) + dst.alpha;
-    const double rest = A - s;
-    dst = {OverColour64(dst.red, src.red, s, rest, A), OverColour64(dst.green, src.green, s, rest, A),
-           OverColour64(dst.blue, src.blue, s, rest, A), static_cast<uint16_t>(static_cast<int32_t>(A))};
+// x / 255 for 32-bit integers from 0 to 65534.
+__m128i DividedBy255(__m128i x) {
+    return _mm_srli_epi32(_mm_add_epi32(_mm_add_epi32(x, _mm_set1_epi32(1)), _mm_srli_epi32(x, 8)), 8);
 }
 
 }  // namespace
@@ -147,15 +144,15 @@ void Mix255Row(std::span<PxRgb48> row, const PxRgb48* source, float t) {
         return scalar::Mix255(row, source, t);
     if (t == 1)
         return CopyRow(row, source);
-    uint16_t* const dst = &row.data()->blue;
-    const uint16_t* const src = &source->blue;
+    auto* const dst = reinterpret_cast<uint16_t*>(row.data());
+    const auto* const src = reinterpret_cast<const uint16_t*>(source);
     for (size_t i = 0; i < row.size() * 3; ++i) {
         const float mix = static_cast<float>(dst[i]) * (1 - t) + static_cast<float>(src[i]) * t;
         dst[i] = static_cast<uint16_t>(static_cast<int32_t>(mix));
     }
 }
 void Mix255Row(std::span<PxRgba64> row, const PxRgba64* source, float t) {
-    MixWords(row, source, t);
+    MixRow64(row, source, t);
 }
 
 void Mix256Row(std::span<PxGrayByte> row, const PxGrayByte* source, float t) {
@@ -174,50 +171,40 @@ void Mix256Row(std::span<PxRgbaBytes> row, const PxRgbaBytes* source, float t) {
     Mix256Bytes(row, source, t, 0x7F);
 }
 void Mix256Row(std::span<PxRgba64> row, const PxRgba64* source, float t) {
-    MixWords(row, source, t);
+    MixRow64(row, source, t);
 }
 
 void CompositeRow(std::span<PxRgbaBytes> row, const PxRgbaBytes* source) {
-    for (size_t start = 0; start < row.size(); start += kBlock) {
-        const size_t count = std::min(kBlock, row.size() - start);
-        PxRgbaBytes* const dst = row.data() + start;
-        const PxRgbaBytes* const src = source + start;
-        const Cover cover = CoverOf(src, count);
+    size_t i = 0;
+    for (; i + 4 <= row.size(); i += 4) {
+        const __m128i from = Load16(source + i);
+        const __m128i s = _mm_srli_epi32(from, 24);
+        const Cover cover = CoverOf(s);  // opaque or clear, most rows are for long stretches
         if (cover == Cover::kFull)
-            std::memmove(dst, src, count * sizeof *dst);
+            Store16(&row[i], from);
         if (cover != Cover::kMixed)
             continue;
-        for (size_t i = 0; i < count; ++i) {
-            const auto from = Load<uint32_t>(src + i);
-            const auto to = Load<uint32_t>(dst + i);
-            const int32_t s = AlphaOf(from);
-            Store(dst + i, OverPixel(to, from, s, std::min(AlphaOf(to) + s, 255)));
-        }
+        const __m128i to = Load16(&row[i]);
+        const __m128i sum = _mm_add_epi32(_mm_srli_epi32(to, 24), s);
+        Store16(&row[i], Over(to, from, s, _mm_min_epi16(sum, _mm_set1_epi32(255))));
     }
+    scalar::Composite(row.subspan(i), source + i);
 }
 
 void CompositeRow(std::span<PxRgbaBytes> row, const PxRgbaBytes* source, float t) {
     if (!IsFraction(t))
         return scalar::Composite(row, source, t);
-    for (size_t i = 0; i < row.size(); ++i) {
-        const auto from = Load<uint32_t>(source + i);
-        const auto to = Load<uint32_t>(&row[i]);
-        const auto s = static_cast<int32_t>(static_cast<float>(AlphaOf(from)) * t);
-        const int32_t alpha = AlphaOf(to);
-        const int32_t share = s * (255 - alpha);
-        Store(&row[i], OverPixel(to, from, s, alpha + ((share + 1 + (share >> 8)) >> 8)));
+    size_t i = 0;
+    for (; i + 4 <= row.size(); i += 4) {
+        const __m128i from = Load16(source + i);
+        const __m128i to = Load16(&row[i]);
+        const __m128 alpha = _mm_cvtepi32_ps(_mm_srli_epi32(from, 24));
+        const __m128i s = _mm_cvttps_epi32(_mm_mul_ps(alpha, _mm_set1_ps(t)));
+        const __m128i toAlpha = _mm_srli_epi32(to, 24);
+        const __m128i left = _mm_mullo_epi16(s, _mm_sub_epi32(_mm_set1_epi32(255), toAlpha));
+        Store16(&row[i], Over(to, from, s, _mm_add_epi32(toAlpha, DividedBy255(left))));
     }
-}
-
-void CompositeRow(std::span<PxRgba64> row, const PxRgba64* source) {
-    for (size_t i = 0; i < row.size(); ++i)
-        OverPixel64(row[i], source[i], source[i].alpha);
-}
-void CompositeRow(std::span<PxRgba64> row, const PxRgba64* source, float t) {
-    if (!IsFraction(t))
-        return scalar::Composite(row, source, t);
-    for (size_t i = 0; i < row.size(); ++i)
-        OverPixel64(row[i], source[i], static_cast<int32_t>(static_cast<float>(source[i].alpha) * t));
+    scalar::Composite(row.subspan(i), source + i, t);
 }
 
 }  // namespace vm

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <cstring>
-
 #include "image/kernels/rows/ScalarRows.h"
+#include "image/kernels/rows/Words.h"
 
 // Blends of a row with a source row of the same records. `t` is a float from 0 to 1; outside of that, what
 // the record's own rule gives comes out too, only slower. The two rows may be one, and the source may overlap
@@ -16,7 +15,7 @@ inline constexpr bool kMixesToSource = !std::is_same_v<P, PxGrayBit> && !std::is
 
 template <class P>
 void CopyRow(std::span<P> row, const P* source) {
-    std::memmove(row.data(), source, row.size_bytes());
+    MoveBytesOf(row.data(), source, row.size_bytes());
 }
 
 // Towards the source by t, in the form that blends of images use.
@@ -49,7 +48,8 @@ void Mix256Row(std::span<PxRgbBytes> row, const PxRgbBytes* source, float t);
 void Mix256Row(std::span<PxRgbaBytes> row, const PxRgbaBytes* source, float t);
 void Mix256Row(std::span<PxRgba64> row, const PxRgba64* source, float t);
 
-// The source over the row by the source's alpha, and by its alpha times t.
+// The source over the row by the source's alpha, and by its alpha times t. (Words stay with their scalar
+// form: two divisions at a time in double precision are no faster than four in integers.)
 template <Compositing P>
 void CompositeRow(std::span<P> row, const P* source) {
     scalar::Composite(row, source);
@@ -60,7 +60,5 @@ void CompositeRow(std::span<P> row, const P* source, float t) {
 }
 void CompositeRow(std::span<PxRgbaBytes> row, const PxRgbaBytes* source);
 void CompositeRow(std::span<PxRgbaBytes> row, const PxRgbaBytes* source, float t);
-void CompositeRow(std::span<PxRgba64> row, const PxRgba64* source);
-void CompositeRow(std::span<PxRgba64> row, const PxRgba64* source, float t);
 
 }  // namespace vm

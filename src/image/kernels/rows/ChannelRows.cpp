@@ -1,8 +1,11 @@
 #include "image/kernels/rows/ChannelRows.h"
 
+#include <iterator>
+
+#include "image/kernels/rows/Vectors.h"
 #include "image/kernels/rows/Words.h"
 
-// Plain loops over numbers of one width, which the compiler vectorises.
+// Mostly plain loops over numbers of one width, which the compiler vectorises.
 namespace vm {
 namespace {
 
@@ -11,11 +14,6 @@ namespace {
 constexpr uint16_t ScaledInIntegers(uint16_t c) {
     const auto below = static_cast<uint16_t>(c - (c != 0 ? 1 : 0));
     return static_cast<uint16_t>(c + below - below / 1000);
-}
-
-void ScaleWords(uint16_t* words, size_t count) {
-    for (size_t i = 0; i < count; ++i)
-        words[i] = ScaledInIntegers(words[i]);
 }
 
 void InvertBytes(void* bytes, size_t count) {
@@ -42,20 +40,30 @@ void SwapRedAndBlueRow(std::span<PxRgb48> row) {
         pixel = {pixel.red, pixel.green, pixel.blue};
 }
 void SwapRedAndBlueRow(std::span<PxRgba64> row) {
-    for (PxRgba64& pixel : row)
-        pixel = {pixel.blue, pixel.green, pixel.red, pixel.alpha};
+    size_t i = 0;
+    for (; i + 2 <= row.size(); i += 2)
+        Store16(&row[i], SwapOuterWords(Load16(&row[i])));
+    for (; i < row.size(); ++i)
+        row[i] = {row[i].blue, row[i].green, row[i].red, row[i].alpha};
 }
 
+// All channels are scaled; those not meant are then taken back.
 void ScaleRow(std::span<PxRgba64> row, int32_t channels) {
-    if (channels >= 4) {
-        ScaleWords(&row.data()->red, row.size() * 4);
-        return;
+    uint16_t scaled[8];
+    for (size_t n = 0; n < std::size(scaled); ++n)
+        scaled[n] = static_cast<int32_t>(n % 4) < channels ? 0xFFFF : 0;
+
+    auto* const words = reinterpret_cast<uint16_t*>(row.data());
+    size_t i = 0;
+    for (; i + 2 <= row.size(); i += 2) {
+        for (size_t n = 0; n < std::size(scaled); ++n) {
+            const uint16_t word = words[i * 4 + n];
+            words[i * 4 + n] =
+                static_cast<uint16_t>((ScaledInIntegers(word) & scaled[n]) | (word & ~scaled[n]));
+        }
     }
-    for (PxRgba64& pixel : row) {
-        pixel.red = channels > 0 ? ScaledInIntegers(pixel.red) : pixel.red;
-        pixel.green = channels > 1 ? ScaledInIntegers(pixel.green) : pixel.green;
-        pixel.blue = channels > 2 ? ScaledInIntegers(pixel.blue) : pixel.blue;
-    }
+    if (i < row.size())
+        scalar::Scale(row.subspan(i), channels);
 }
 
 void HalveRow(std::span<PxRgb48> row) {
@@ -86,6 +94,10 @@ void InvertRow(std::span<PxCmykBytes> row) {
 }
 void InvertRow(std::span<PxCmyk64> row) {
     InvertBytes(row.data(), row.size_bytes());
+}
+void InvertRow(std::span<PxGrayABytes> row) {
+    for (PxGrayABytes& pixel : row)
+        Store(&pixel, static_cast<uint16_t>(Load<uint16_t>(&pixel) ^ 0x00FF));
 }
 void InvertRow(std::span<PxRgbaBytes> row) {
     for (PxRgbaBytes& pixel : row)

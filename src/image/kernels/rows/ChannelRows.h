@@ -38,6 +38,7 @@ void InvertRow(std::span<P> row) {
     scalar::Invert(row);
 }
 void InvertRow(std::span<PxGrayByte> row);
+void InvertRow(std::span<PxGrayABytes> row);
 void InvertRow(std::span<PxRgbBytes> row);
 void InvertRow(std::span<PxRgbaBytes> row);
 void InvertRow(std::span<PxRgb48> row);

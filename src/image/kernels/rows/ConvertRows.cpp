@@ -1,28 +1,12 @@
 #include "image/kernels/rows/ConvertRows.h"
 
-#include <emmintrin.h>
-
-#include <cstring>
-
+#include "image/kernels/rows/Vectors.h"
 #include "image/kernels/rows/Words.h"
 
 namespace vm {
 namespace {
 
 constexpr uint32_t kOpaque = 0xFF000000U;
-
-// Exchanges the first and the third word of each pixel.
-__m128i SwapOuterWords(__m128i pixels) {
-    constexpr int kThirdSecondFirstFourth = _MM_SHUFFLE(3, 0, 1, 2);
-    return _mm_shufflehi_epi16(_mm_shufflelo_epi16(pixels, kThirdSecondFirstFourth), kThirdSecondFirstFourth);
-}
-
-__m128i Load16(const void* from) {
-    return _mm_loadu_si128(static_cast<const __m128i*>(from));
-}
-void Store16(void* to, __m128i bytes) {
-    _mm_storeu_si128(static_cast<__m128i*>(to), bytes);
-}
 
 // Four pixels at a time: a byte beside itself is the word byte * 0x101.
 void Widen(const PxRgbaBytes* in, PxRgba64* out, size_t count) {
@@ -119,16 +103,16 @@ void PutRgba64Row(const PxRgba64* in, std::span<PxRgb48> out) {
 }
 
 void GetRgbaRow(std::span<const PxRgbaBytes> in, PxRgbaBytes* out) {
-    std::memcpy(out, in.data(), in.size_bytes());
+    CopyBytesOf(out, in.data(), in.size_bytes());
 }
 void PutRgbaRow(const PxRgbaBytes* in, std::span<PxRgbaBytes> out) {
-    std::memcpy(out.data(), in, out.size_bytes());
+    CopyBytesOf(out.data(), in, out.size_bytes());
 }
 void GetRgba64Row(std::span<const PxRgba64> in, PxRgba64* out) {
-    std::memcpy(out, in.data(), in.size_bytes());
+    CopyBytesOf(out, in.data(), in.size_bytes());
 }
 void PutRgba64Row(const PxRgba64* in, std::span<PxRgba64> out) {
-    std::memcpy(out.data(), in, out.size_bytes());
+    CopyBytesOf(out.data(), in, out.size_bytes());
 }
 
 }  // namespace vm
