@@ -14,9 +14,8 @@ void SwapChannels02(ZvImage& image, int32_t width, int32_t height);
 // * 1.999), in double precision: no clamp.
 void ScaleChannels(ZvImage& image, int32_t width, int32_t height, int32_t channels);
 
-// The complement of each of the first four stored channels within the channel's width: 255 - c for bytes,
-// 65535 - c for words. A fifth channel, alpha, is left alone. Images of any other class go through their
-// 64-bit view, where the fourth channel is inverted too.
+// Each colour channel, or ink, becomes its complement within the channel's width: 255 - c for bytes, 65535 -
+// c for words. Alpha is left alone. Images of other implementations are inverted in their 64-bit view.
 void InvertChannels(ZvImage& image, int32_t width, int32_t height);
 
 // Each of the four channels of the 64-bit view becomes c >> 1.

@@ -3,24 +3,34 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
 #include <random>
 #include <string>
 
 namespace vm {
 
-// Random values for one test. The seed is new in each run unless --gtest_random_seed gives one; a test traces
-// it, so that a failure says how to see it again:
+// The seed of this run's random data: the one that --gtest_random_seed gives, otherwise a new one in each
+// run.
+inline uint32_t SeedOfRun() {
+    static const uint32_t kSeed = [] {
+        const int32_t given = GTEST_FLAG_GET(random_seed);
+        return given > 0 ? static_cast<uint32_t>(given) : std::random_device()() % 99999 + 1;
+    }();
+    return kSeed;
+}
+// How to see a failure again.
+inline std::string SeedHint() {
+    return "random data, repeat with --gtest_random_seed=" + std::to_string(SeedOfRun());
+}
+
+// Random values for one test, which traces the seed:
 //
 //   RandomData random;
 //   SCOPED_TRACE(random.Trace());
 class RandomData {
 public:
-    RandomData() : mSeed(SeedOfRun()), mEngine(mSeed) {}
+    RandomData() : mEngine(SeedOfRun()) {}
 
-    std::string Trace() const {
-        return "random data, repeat with --gtest_random_seed=" + std::to_string(mSeed);
-    }
+    std::string Trace() const { return SeedHint(); }
 
     uint8_t Byte() { return static_cast<uint8_t>(mEngine() >> 24); }
     uint16_t Word() { return static_cast<uint16_t>(mEngine() >> 16); }
@@ -33,12 +43,6 @@ public:
     }
 
 private:
-    static uint32_t SeedOfRun() {
-        const int32_t given = GTEST_FLAG_GET(random_seed);
-        return given > 0 ? static_cast<uint32_t>(given) : std::random_device()() % 99999 + 1;
-    }
-
-    uint32_t mSeed;
     std::mt19937 mEngine;
 };
 

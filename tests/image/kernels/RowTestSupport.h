@@ -9,9 +9,10 @@
 #include <vector>
 
 #include "image/pixels/PxRecords.h"
+#include "support/RandomData.h"
 
-// Rows of records as test input. A row with every byte value in every place comes first; random rows print
-// their seed when they fail.
+// Rows of records as test input. A row with every byte value in every place comes first; random rows differ
+// from run to run, and a failure says how to repeat it.
 namespace vm::test {
 
 using AllRecords = ::testing::Types<PxGrayByte, PxGrayABytes, PxAlphaByte, PxGrayBit, PxRgbBytes, PxRgbaBytes,
@@ -48,8 +49,9 @@ template <class P>
         return ::testing::AssertionFailure() << row.size() << " pixels, expected " << expected.size();
     for (size_t i = 0; i < row.size(); ++i) {
         if (std::memcmp(&row[i], &expected[i], sizeof(P)) != 0)
-            return ::testing::AssertionFailure() << "pixel " << i << " of " << row.size() << " is "
-                                                 << HexOf(row[i]) << "expected " << HexOf(expected[i]);
+            return ::testing::AssertionFailure()
+                   << "pixel " << i << " of " << row.size() << " is " << HexOf(row[i]) << "expected "
+                   << HexOf(expected[i]) << " (" << SeedHint() << ")";
     }
     return ::testing::AssertionSuccess();
 }
@@ -76,9 +78,10 @@ std::vector<P> RowOfAllBytes() {
 
 // Random bits, with plenty of all-zero and all-one channels: alphas of 0 and full are cases of their own.
 // Floats are numbers around the range of a byte.
+// `stream` tells the rows of one run apart.
 template <class P>
-std::vector<P> RandomRow(size_t count, uint32_t seed) {
-    std::mt19937 random(seed);
+std::vector<P> RandomRow(size_t count, uint32_t stream) {
+    std::mt19937 random(SeedOfRun() * 1000 + stream);
     std::vector<P> row;
     while (row.size() < count) {
         uint8_t bytes[16];
@@ -106,10 +109,10 @@ inline constexpr size_t kLengths[] = {0, 1, 2, 3, 4, 5, 7, 8, 15, 16, 17, 31, 33
 template <class P>
 std::vector<std::vector<P>> Rows() {
     std::vector<std::vector<P>> rows{RowOfAllBytes<P>()};
-    uint32_t seed = 1;
+    uint32_t stream = 1;
     for (const size_t length : kLengths)
-        rows.push_back(RandomRow<P>(length, seed++));
-    rows.push_back(RandomRow<P>(5000, seed));
+        rows.push_back(RandomRow<P>(length, stream++));
+    rows.push_back(RandomRow<P>(5000, stream));
     return rows;
 }
 
