@@ -21,8 +21,8 @@ using ZvStreamableFactory = ZvStreamable* (*)();
 using ZvRegistrar = void (*)(bool doRegister);
 
 struct ZvClassRecord {
-    ZvString mClassName;
-    ZvStreamableFactory mFactory;
+  ZvString mClassName;
+  ZvStreamableFactory mFactory;
 };
 
 inline constexpr std::size_t kMaxClassRecords = 0xFFFFFFF;
@@ -55,14 +55,14 @@ namespace vm {
 //   const vm::ClassRegistration<ZvPoodle> kPoodleRegistration;
 template <class T>
 class ClassRegistration {
-public:
-    ClassRegistration() {
-        AddRegistrar([](bool doRegister) {
-            if (doRegister) {
-                AppendClass(T::kClassName, []() -> ZvStreamable* { return new T; });
-            }
-        });
-    }
+ public:
+  ClassRegistration() {
+    AddRegistrar([](bool doRegister) {
+      if (doRegister) {
+        AppendClass(T::kClassName, []() -> ZvStreamable* { return new T; });
+      }
+    });
+  }
 };
 
 }  // namespace vm

@@ -11,22 +11,22 @@ class ZvStream;
 // An object carries no mark of its own in a stream: ReadFrom must consume exactly what WriteTo
 // produced. The class name in front of it is written by ZvParser::WriteObject.
 class ZvStreamable : public CP_M_ReferenceCounted {
-public:
-    ~ZvStreamable() override = default;
+ public:
+  ~ZvStreamable() override = default;
 
-    // A new default instance of the class that ClassName names, at count 1 and owned by the caller;
-    // nothing of this object's content is copied. Null when no factory is registered for the name.
-    virtual ZvStreamable* CreateSameClass() const;
+  // A new default instance of the class that ClassName names, at count 1 and owned by the caller;
+  // nothing of this object's content is copied. Null when no factory is registered for the name.
+  virtual ZvStreamable* CreateSameClass() const;
 
-    // The name that stands in a stream in front of the object and that the class registry is asked
-    // for. The default is the name of the run-time type as it is written in the source.
-    virtual void ClassName(ZvString& outName) const;
+  // The name that stands in a stream in front of the object and that the class registry is asked
+  // for. The default is the name of the run-time type as it is written in the source.
+  virtual void ClassName(ZvString& outName) const;
 
-    virtual void WriteTo(ZvStream& stream);
-    virtual void ReadFrom(ZvStream& stream);
+  virtual void WriteTo(ZvStream& stream);
+  virtual void ReadFrom(ZvStream& stream);
 
-protected:
-    ZvStreamable() = default;
-    ZvStreamable(const ZvStreamable&) = delete;
-    ZvStreamable& operator=(const ZvStreamable&) = delete;
+ protected:
+  ZvStreamable() = default;
+  ZvStreamable(const ZvStreamable&) = delete;
+  ZvStreamable& operator=(const ZvStreamable&) = delete;
 };

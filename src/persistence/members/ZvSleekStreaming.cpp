@@ -20,155 +20,156 @@ using UInt32Member = Zv32BitMember<uint32_t, kTagUInt32>;
 using IDMember = Zv32BitMember<ZvID, kTagID>;
 
 bool NeedsLines(const ZvStreamingMember* member) {
-    switch (member->TypeTag()) {
+  switch (member->TypeTag()) {
     case kTagObjectList:
     case kTagNamedStructList:
     case kTagNamedObject:
     case kTagSmartPtr:
     case kTagVariantList:
     case kTagStructList:
-        return true;
+      return true;
     default:
-        return false;
-    }
+      return false;
+  }
 }
 
 // Breaks the line before a field that would be the seventh since the last break.
 class FieldCounter {
-public:
-    explicit FieldCounter(ZvStream& stream) : mStream(stream) {}
-    void Count() {
-        if (++mFields > kFieldsBetweenBreaks) {
-            mFields = 0;
-            mStream.WriteLineBreak();
-        }
+ public:
+  explicit FieldCounter(ZvStream& stream) : mStream(stream) {}
+  void Count() {
+    if (++mFields > kFieldsBetweenBreaks) {
+      mFields = 0;
+      mStream.WriteLineBreak();
     }
+  }
 
-private:
-    ZvStream& mStream;
-    int32_t mFields = 0;
+ private:
+  ZvStream& mStream;
+  int32_t mFields = 0;
 };
 
 void WriteMember(ZvStreamingMember& member, ZvStream& stream, FieldCounter& counter) {
-    const char* name = member.FieldName.c_str();
-    switch (member.TypeTag()) {
+  const char* name = member.FieldName.c_str();
+  switch (member.TypeTag()) {
     case kTagInt32:
-        if (const auto& field = static_cast<Int32Member&>(member); field.IsPresent()) {
-            counter.Count();
-            stream.WriteSInt32(field.mValue, name, true);
-        }
-        break;
+      if (const auto& field = static_cast<Int32Member&>(member); field.IsPresent()) {
+        counter.Count();
+        stream.WriteSInt32(field.mValue, name, true);
+      }
+      break;
     case kTagUInt32:
-        if (const auto& field = static_cast<UInt32Member&>(member); field.IsPresent()) {
-            counter.Count();
-            stream.WriteUInt32(field.mValue, name, true);
-        }
-        break;
+      if (const auto& field = static_cast<UInt32Member&>(member); field.IsPresent()) {
+        counter.Count();
+        stream.WriteUInt32(field.mValue, name, true);
+      }
+      break;
     case kTagID:
-        if (const auto& field = static_cast<IDMember&>(member); field.IsPresent()) {
-            counter.Count();
-            stream.WriteFourCC(field.mValue, name, true);
-        }
-        break;
+      if (const auto& field = static_cast<IDMember&>(member); field.IsPresent()) {
+        counter.Count();
+        stream.WriteFourCC(field.mValue, name, true);
+      }
+      break;
     default: {
-        auto& field = static_cast<ZvStreamingMemberVtable&>(member);
-        // REQUIRED: an array at its default with mAlwaysWrite set is counted although it writes nothing.
-        if (!field.IsDefault() || field.mAlwaysWrite) {
-            counter.Count();
-        }
-        field.WriteValue(stream);
+      auto& field = static_cast<ZvStreamingMemberVtable&>(member);
+      // REQUIRED: an array at its default with mAlwaysWrite set is counted although it writes
+      // nothing.
+      if (!field.IsDefault() || field.mAlwaysWrite) {
+        counter.Count();
+      }
+      field.WriteValue(stream);
     }
-    }
+  }
 }
 
 void ReadMember(ZvStreamingMember& member, ZvStream& stream, const ZvString& value) {
-    ZvParser& parser = *stream.GetParser();
-    switch (member.TypeTag()) {
+  ZvParser& parser = *stream.GetParser();
+  switch (member.TypeTag()) {
     case kTagInt32:
-        parser.ParseSInt32(&static_cast<Int32Member&>(member).mValue, value);
-        break;
+      parser.ParseSInt32(&static_cast<Int32Member&>(member).mValue, value);
+      break;
     case kTagUInt32:
-        parser.ParseUInt32(&static_cast<UInt32Member&>(member).mValue, value);
-        break;
+      parser.ParseUInt32(&static_cast<UInt32Member&>(member).mValue, value);
+      break;
     case kTagID:
-        parser.ParseFourCC(&static_cast<IDMember&>(member).mValue, value);
-        break;
+      parser.ParseFourCC(&static_cast<IDMember&>(member).mValue, value);
+      break;
     case kTagObjectList:
     case kTagNamedStructList:
     case kTagSmartPtr:
     case kTagNamedStruct:
     case kTagNamedObject:
     case kTagStructList:
-        static_cast<ZvStreamingMemberVtable&>(member).ReadValue(stream);
-        break;
+      static_cast<ZvStreamingMemberVtable&>(member).ReadValue(stream);
+      break;
     default:
-        static_cast<ZvStreamingMemberVtable&>(member).ParseValue(parser, value);
-    }
+      static_cast<ZvStreamingMemberVtable&>(member).ParseValue(parser, value);
+  }
 }
 
 }  // namespace
 
 void ZvSleekStreaming::AddMember(ZvStreamingMember* member) {
-    if (!CP_Check(member != nullptr, kThisFile, kLineNullMember, "tMember != nil")) {
-        return;
-    }
-    CP_Check(!member->FieldName.Contains(' '), kThisFile, kLineBlankInName,
-             "!tMember->FieldName().Contains(' ')");
-    mMembers.push_back(member);
+  if (!CP_Check(member != nullptr, kThisFile, kLineNullMember, "tMember != nil")) {
+    return;
+  }
+  CP_Check(!member->FieldName.Contains(' '), kThisFile, kLineBlankInName,
+           "!tMember->FieldName().Contains(' ')");
+  mMembers.push_back(member);
 }
 
 bool ZvSleekStreaming::IsOneLiner() const {
-    return mMembers.size() <= kMaxOneLinerMembers &&
-           std::none_of(mMembers.begin(), mMembers.end(), NeedsLines);
+  return mMembers.size() <= kMaxOneLinerMembers &&
+         std::none_of(mMembers.begin(), mMembers.end(), NeedsLines);
 }
 
 void ZvSleekStreaming::WriteTo(ZvStream& stream) {
-    const bool oneLiner = IsOneLiner();
-    if (!oneLiner) {
-        stream.WriteLineBreak();
-    }
-    stream.WriteOpen(nullptr, '{');
-    stream.Indent(1);
-    if (!oneLiner) {
-        stream.WriteLineBreak();
-    }
-    FieldCounter counter(stream);
-    for (ZvStreamingMember* member : mMembers) {
-        WriteMember(*member, stream, counter);
-    }
-    stream.Indent(-1);
-    if (oneLiner) {
-        stream.WriteSoftBreak();
-    } else {
-        stream.WriteLineBreak();
-    }
-    stream.WriteClose('}');
+  const bool oneLiner = IsOneLiner();
+  if (!oneLiner) {
+    stream.WriteLineBreak();
+  }
+  stream.WriteOpen(nullptr, '{');
+  stream.Indent(1);
+  if (!oneLiner) {
+    stream.WriteLineBreak();
+  }
+  FieldCounter counter(stream);
+  for (ZvStreamingMember* member : mMembers) {
+    WriteMember(*member, stream, counter);
+  }
+  stream.Indent(-1);
+  if (oneLiner) {
+    stream.WriteSoftBreak();
+  } else {
+    stream.WriteLineBreak();
+  }
+  stream.WriteClose('}');
 }
 
 void ZvSleekStreaming::ReadFrom(ZvStream& stream) {
-    if (stream.GetVersion() < 1.0f) {
-        return;
+  if (stream.GetVersion() < 1.0f) {
+    return;
+  }
+  stream.ReadOpen();
+  while (!stream.ReadClose()) {
+    ZvString name;
+    ZvString value;
+    stream.ReadField(value, name);
+    if (name.empty()) {
+      std::swap(name, value);  // A single token is the name of a block.
     }
-    stream.ReadOpen();
-    while (!stream.ReadClose()) {
-        ZvString name;
-        ZvString value;
-        stream.ReadField(value, name);
-        if (name.empty()) {
-            std::swap(name, value);  // A single token is the name of a block.
-        }
-        ZvStreamingMember* member = name.empty() ? nullptr : FindMember(name);
-        if (member != nullptr) {
-            ReadMember(*member, stream, value);
-        }
+    ZvStreamingMember* member = name.empty() ? nullptr : FindMember(name);
+    if (member != nullptr) {
+      ReadMember(*member, stream, value);
     }
+  }
 }
 
 ZvStreamingMember* ZvSleekStreaming::FindMember(const ZvString& name) const {
-    for (ZvStreamingMember* member : mMembers) {
-        if (member->FieldName == name) {
-            return member;
-        }
+  for (ZvStreamingMember* member : mMembers) {
+    if (member->FieldName == name) {
+      return member;
     }
-    return nullptr;
+  }
+  return nullptr;
 }

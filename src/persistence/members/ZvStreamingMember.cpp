@@ -2,9 +2,10 @@
 
 #include "persistence/members/ZvSleekStreaming.h"
 
-ZvStreamingMember::ZvStreamingMember(ZvSleekStreaming* owner, const char* fieldName, uint32_t typeTag)
+ZvStreamingMember::ZvStreamingMember(ZvSleekStreaming* owner, const char* fieldName,
+                                     uint32_t typeTag)
     : FieldName(fieldName), mTypeTag(typeTag) {
-    if (owner != nullptr) {
-        owner->AddMember(this);
-    }
+  if (owner != nullptr) {
+    owner->AddMember(this);
+  }
 }
