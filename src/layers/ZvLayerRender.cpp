@@ -211,12 +211,15 @@ void ZvLayer::Composite(ZvRenderContext& context) {
 }
 
 bool ZvLayer::HoldInComposite(ZvRenderContext& context, const ZvImage* source, const ZvRect& area) {
-    ZvRect hold = area;
-    hold.Union(PlacedRect(context.mTarget.Get(), context.mOrigin));
-    if (!context.mLimit.IsEmpty()) {
-        hold.Intersect(context.mLimit);
-    }
-    hold.Intersect(kCanvas);
+    const auto onCanvas = [&context](ZvRect rect) {
+        if (!context.mLimit.IsEmpty()) {
+            rect.Intersect(context.mLimit);
+        }
+        rect.Intersect(kCanvas);
+        return rect;
+    };
+    ZvRect hold = onCanvas(area);
+    hold.Union(onCanvas(PlacedRect(context.mTarget.Get(), context.mOrigin)));
     if (hold.IsEmpty()) {
         return false;
     }
