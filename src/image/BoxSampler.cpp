@@ -9,6 +9,8 @@ namespace {
 
 constexpr int64_t kRowPixels = 1024;      // read at once into a box of its own
 constexpr int64_t kMaxColumnSums = 8192;  // columns that are summed side by side
+constexpr int64_t kFewRows = 16;          // rows that are summed at once
+static_assert(kFewRows <= kNarrowRows);
 
 // The side, in tiles, that a table of this many entries can reach from the origin: index i lies in shell
 // sqrt(i), and the tile codes 2s - 1 and 2s are the tiles at distance s.
@@ -91,13 +93,12 @@ Stretch BoxSampler::SetColumns(const Stretch& columns) {
         end = std::max(end, span.end);
     }
     filled.count = static_cast<int32_t>(mSpans.size());
-    mSums.clear();
-    if (!mSpans.empty() && end - start <= kMaxColumnSums) {
-        mSumsStart = start;
-        mSums.resize(static_cast<size_t>(end - start));
-        mRow.resize(mSums.size());
-    } else {
-        mRow.resize(kRowPixels);
+    mSummed = !mSpans.empty() && end - start <= kMaxColumnSums ? static_cast<size_t>(end - start) : 0;
+    mSumsStart = start;
+    mRanges.clear();
+    for (const SourceSpan& span : mSpans) {
+        if (mSummed > 0)
+            mRanges.push_back({static_cast<int32_t>(span.first - start), static_cast<int32_t>(span.Count())});
     }
     return filled;
 }
@@ -107,25 +108,47 @@ bool BoxSampler::Row(int32_t y, PxRgbaBytes* out) {
     const int64_t height = rows.Count();
     if (height == 0)
         return false;
-    if (mSums.empty() || height > kExactBoxPixels || mLongest * height > kExactBoxPixels) {
+    if (mSummed == 0 || height > kExactBoxPixels || mLongest * height > kExactBoxPixels) {
+        mRow.resize(std::max<size_t>(mRow.size(), kRowPixels));
         for (size_t i = 0; i < mSpans.size(); ++i)
             out[i] = LargeMean(mSpans[i], rows);
-        return true;
-    }
-    SumColumns(rows);
-    for (size_t i = 0; i < mSpans.size(); ++i) {
-        const SourceSpan& span = mSpans[i];
-        out[i] =
-            MeanOfSums(mSums.data() + (span.first - mSumsStart), static_cast<size_t>(span.Count()), height);
+    } else if (height <= kFewRows && AllInside(rows)) {
+        SumFewRows(rows);
+        MeansOfSums(mNarrowSums.data(), mRanges.data(), mRanges.size(), height, out);
+    } else {
+        SumColumns(rows);
+        MeansOfSums(mSums.data(), mRanges.data(), mRanges.size(), height, out);
     }
     return true;
 }
 
+bool BoxSampler::AllInside(const SourceSpan& rows) const {
+    return mSumsStart >= mStoredLeft && mSumsStart + static_cast<int64_t>(mSummed) - 1 <= mStoredRight &&
+           rows.first >= mStoredTop && rows.end - 1 <= mStoredBottom;
+}
+
+// The sums of the box rows, when there are few and all can be read.
+void BoxSampler::SumFewRows(const SourceSpan& rows) {
+    const auto count = static_cast<size_t>(rows.Count());
+    mNarrowSums.resize(mSummed);
+    mRow.resize(std::max(mRow.size(), count * mSummed));
+    const PxRgbaBytes* pointers[kFewRows];
+    for (size_t i = 0; i < count; ++i) {
+        PxRgbaBytes* const row = mRow.data() + i * mSummed;
+        mReader.Rgba(static_cast<int32_t>(mSumsStart),
+                     static_cast<int32_t>(rows.first + static_cast<int64_t>(i)),
+                     static_cast<int32_t>(mSummed), row);
+        pointers[i] = row;
+    }
+    SumPixels(pointers, count, mNarrowSums.data(), mSummed);
+}
+
 // The sums of the box rows, for each source column under this stretch. The rows are at most kExactBoxPixels.
 void BoxSampler::SumColumns(const SourceSpan& rows) {
-    std::fill(mSums.begin(), mSums.end(), ChannelSums{});
+    mSums.assign(mSummed, ChannelSums{});
+    mRow.resize(std::max(mRow.size(), mSummed));
     const CutSpan across =
-        Cut({mSumsStart, mSumsStart + static_cast<int64_t>(mSums.size())}, mStoredLeft, mStoredRight);
+        Cut({mSumsStart, mSumsStart + static_cast<int64_t>(mSummed)}, mStoredLeft, mStoredRight);
     const CutSpan down = Cut(rows, mStoredTop, mStoredBottom);
     const auto allRows = static_cast<uint32_t>(rows.Count());
     const auto inside = static_cast<size_t>(across.Inside());

@@ -26,6 +26,8 @@ private:
     SourceSpan SpanX(int32_t target) const;
     SourceSpan SpanY(int32_t target) const;
     void SumColumns(const SourceSpan& rows);
+    void SumFewRows(const SourceSpan& rows);
+    bool AllInside(const SourceSpan& rows) const;
     PxRgbaBytes LargeMean(const SourceSpan& columns, const SourceSpan& rows);
 
     const ZvImage& mImage;
@@ -37,11 +39,14 @@ private:
     PxRgbaBytes mOutside;
 
     int32_t mPreferredColumns;
-    std::vector<SourceSpan> mSpans;  // of the columns that have any
-    int64_t mLongest = 0;            // pixels in the longest of them
-    int64_t mSumsStart = 0;          // source column of mSums[0]
+    std::vector<SourceSpan> mSpans;    // of the columns that have any
+    std::vector<ColumnRange> mRanges;  // the same from mSumsStart on
+    int64_t mLongest = 0;              // pixels in the longest of them
+    int64_t mSumsStart = 0;            // source column of the first sum
+    size_t mSummed = 0;                // columns that are summed side by side; 0: each box by itself
     std::vector<ChannelSums> mSums;
-    std::vector<PxRgbaBytes> mRow;
+    std::vector<NarrowSums> mNarrowSums;
+    std::vector<PxRgbaBytes> mRow;  // as many rows of mSummed pixels as were needed
 };
 
 }  // namespace vm

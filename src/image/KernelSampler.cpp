@@ -56,7 +56,6 @@ void KernelSampler::PlanTaps(const Stretch& columns) {
     }
     mGathered = static_cast<size_t>(place);
     mBytes.resize(mGathered);
-    mFloats.resize(mFixed.empty() ? mGathered : 0);
 }
 
 void KernelSampler::Gather(int32_t sourceY, PxRgbaBytes* out) {
@@ -81,11 +80,10 @@ void KernelSampler::Fill(KeptRow& row, int32_t sourceY) {
     }
     row.reduced.resize(mTaps.size());
     Gather(sourceY, mBytes.data());
-    WidenPixels(mBytes.data(), mFloats.data(), mGathered);
     if (!mCubic.empty())
-        CubicAcross(mFloats.data(), mTaps.data(), mCubic.data(), row.reduced.data(), mTaps.size());
+        CubicAcross(mBytes.data(), mTaps.data(), mCubic.data(), row.reduced.data(), mTaps.size());
     else
-        BlendAcross(mFloats.data(), mTaps.data(), mBlend.data(), row.reduced.data(), mTaps.size());
+        BlendAcross(mBytes.data(), mTaps.data(), mBlend.data(), row.reduced.data(), mTaps.size());
 }
 
 std::array<const KernelSampler::KeptRow*, 4> KernelSampler::RowsAround(int32_t wholeY) {

@@ -52,7 +52,6 @@ private:
     size_t mGathered = 0;  // pixels in a gathered row
     std::array<KeptRow, 4> mKept;
     std::vector<PxRgbaBytes> mBytes;
-    std::vector<FloatPixel> mFloats;
 };
 
 }  // namespace vm

@@ -14,42 +14,51 @@ bool IsKeptByMix(const RecordOps& record) {
            &record == &RecordOpsOf<PxRgbBytes>() || &record == &RecordOpsOf<PxRgbaBytes>();
 }
 
-// Takes the leading columns that lie in the run; returns how many.
 template <size_t size>
-int32_t GatherFrom(const ConstRun& run, int32_t runStart, const int32_t* columns, int32_t count,
-                   uint8_t* out) {
-    const auto length = static_cast<uint32_t>(run.count);
-    int32_t i = 0;
-    for (; i < count; ++i) {
-        const uint32_t place = static_cast<uint32_t>(columns[i]) - static_cast<uint32_t>(runStart);
-        if (place >= length)
-            break;
-        std::memcpy(out + static_cast<size_t>(i) * size, run.pixels + static_cast<size_t>(place) * size,
-                    size);
-    }
-    return i;
+void GatherFrom(const uint8_t* pixels, int32_t runStart, const int32_t* columns, int32_t count,
+                uint8_t* out) {
+    for (int32_t i = 0; i < count; ++i)
+        std::memcpy(out + static_cast<size_t>(i) * size,
+                    pixels + static_cast<size_t>(columns[i] - runStart) * size, size);
 }
 
-int32_t GatherRun(const ConstRun& run, int32_t runStart, const int32_t* columns, int32_t count, size_t size,
-                  uint8_t* out) {
+// Writes the records at `columns`, which all lie in one run, side by side.
+void GatherRun(const uint8_t* pixels, int32_t runStart, const int32_t* columns, int32_t count, size_t size,
+               uint8_t* out) {
     switch (size) {
     case 1:
-        return GatherFrom<1>(run, runStart, columns, count, out);
+        return GatherFrom<1>(pixels, runStart, columns, count, out);
     case 2:
-        return GatherFrom<2>(run, runStart, columns, count, out);
+        return GatherFrom<2>(pixels, runStart, columns, count, out);
     case 3:
-        return GatherFrom<3>(run, runStart, columns, count, out);
+        return GatherFrom<3>(pixels, runStart, columns, count, out);
     case 4:
-        return GatherFrom<4>(run, runStart, columns, count, out);
+        return GatherFrom<4>(pixels, runStart, columns, count, out);
     case 5:
-        return GatherFrom<5>(run, runStart, columns, count, out);
+        return GatherFrom<5>(pixels, runStart, columns, count, out);
     case 6:
-        return GatherFrom<6>(run, runStart, columns, count, out);
+        return GatherFrom<6>(pixels, runStart, columns, count, out);
     case 8:
-        return GatherFrom<8>(run, runStart, columns, count, out);
+        return GatherFrom<8>(pixels, runStart, columns, count, out);
     default:
-        return GatherFrom<kMaxRecordBytes>(run, runStart, columns, count, out);
+        return GatherFrom<kMaxRecordBytes>(pixels, runStart, columns, count, out);
     }
+}
+
+// How many of the leading columns lie in a run that starts with the first of them.
+int32_t CountInRun(const int32_t* columns, int32_t count, int32_t length) {
+    const auto inside = [&](int32_t column) {
+        return uint32_t(column) - uint32_t(columns[0]) < uint32_t(length);
+    };
+    if (inside(columns[count - 1]) && columns[count - 1] >= columns[0])
+        return count;
+    if (columns[count - 1] < columns[0]) {
+        int32_t n = 1;
+        while (n < count && inside(columns[n]))
+            ++n;
+        return n;
+    }
+    return static_cast<int32_t>(std::partition_point(columns, columns + count, inside) - columns);
 }
 
 }  // namespace
@@ -61,7 +70,9 @@ void GatherRecords(RunReader& reader, const int32_t* columns, int32_t count, int
         const int64_t span = int64_t{columns[count - 1]} - x + 1;
         const auto want = static_cast<int32_t>(std::clamp<int64_t>(span, 1, INT32_MAX));
         const ConstRun run = reader.At(x, y, want);
-        done += GatherRun(run, x, columns + done, count - done, size, out + static_cast<size_t>(done) * size);
+        const int32_t inRun = CountInRun(columns + done, count - done, run.count);
+        GatherRun(run.pixels, x, columns + done, inRun, size, out + static_cast<size_t>(done) * size);
+        done += inRun;
     }
 }
 

@@ -30,7 +30,8 @@ public:
 
     // Columns that this sampler takes at once, at most kMaxColumns.
     virtual int32_t PreferredColumns() const { return kMaxColumns; }
-    // Takes the first unbroken part of the columns that has anything to read, and returns it; count 0 if none has.
+    // Takes the first unbroken part of the columns that has anything to read, and returns it; count 0 if none
+    // has.
     virtual Stretch SetColumns(const Stretch& columns) = 0;
     // The pixels of that part in target row y; false if the row has nothing to read.
     virtual bool Row(int32_t y, PxRgbaBytes* out) = 0;

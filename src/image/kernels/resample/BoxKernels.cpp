@@ -86,12 +86,67 @@ void AddPixelTimes(const PxRgbaBytes& pixel, uint32_t times, ChannelSums* sums, 
         AddTo(sums[i], values);
 }
 
-PxRgbaBytes MeanOfSums(const ChannelSums* sums, size_t count, int64_t rows) {
-    __m128i total = _mm_load_si128(reinterpret_cast<const __m128i*>(sums[0].channel));
-    for (size_t i = 1; i < count; ++i)
-        total = _mm_add_epi32(total, _mm_load_si128(reinterpret_cast<const __m128i*>(sums[i].channel)));
-    const float share = 1.0F / static_cast<float>(static_cast<int64_t>(count) * rows);
-    return TruncateToPixel(_mm_mul_ps(_mm_cvtepi32_ps(total), _mm_set1_ps(share)));
+void SumPixels(const PxRgbaBytes* const* rows, size_t rowCount, NarrowSums* sums, size_t count) {
+    const __m128i zero = _mm_setzero_si128();
+    size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        __m128i low = zero;
+        __m128i high = zero;
+        for (size_t row = 0; row < rowCount; ++row) {
+            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows[row] + i));
+            low = _mm_add_epi16(low, _mm_unpacklo_epi8(bytes, zero));
+            high = _mm_add_epi16(high, _mm_unpackhi_epi8(bytes, zero));
+        }
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + i), low);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + i + 2), high);
+    }
+    for (; i < count; ++i) {
+        __m128i sum = zero;
+        for (size_t row = 0; row < rowCount; ++row) {
+            int32_t bytes;
+            std::memcpy(&bytes, rows[row] + i, sizeof bytes);
+            sum = _mm_add_epi16(sum, _mm_unpacklo_epi8(_mm_cvtsi32_si128(bytes), zero));
+        }
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(sums + i), sum);
+    }
+}
+
+namespace {
+
+__m128i LoadSums(const ChannelSums& sums) {
+    return _mm_load_si128(reinterpret_cast<const __m128i*>(sums.channel));
+}
+__m128i LoadSums(const NarrowSums& sums) {
+    return _mm_unpacklo_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(sums.channel)),
+                              _mm_setzero_si128());
+}
+
+template <class Sums>
+void MeansOf(const Sums* sums, const ColumnRange* ranges, size_t count, int64_t rows, PxRgbaBytes* out) {
+    int32_t columns = 0;
+    __m128 share = _mm_setzero_ps();
+    for (size_t i = 0; i < count; ++i) {
+        const Sums* const first = sums + ranges[i].first;
+        if (ranges[i].count != columns) {
+            columns = ranges[i].count;
+            share = _mm_set1_ps(1.0F / static_cast<float>(columns * rows));
+        }
+        __m128i total = LoadSums(first[0]);
+        for (int32_t column = 1; column < columns; ++column)
+            total = _mm_add_epi32(total, LoadSums(first[column]));
+        out[i] = TruncateToPixel(_mm_mul_ps(_mm_cvtepi32_ps(total), share));
+    }
+}
+
+}  // namespace
+
+void MeansOfSums(const ChannelSums* sums, const ColumnRange* ranges, size_t count, int64_t rows,
+                 PxRgbaBytes* out) {
+    MeansOf(sums, ranges, count, rows, out);
+}
+void MeansOfSums(const NarrowSums* sums, const ColumnRange* ranges, size_t count, int64_t rows,
+                 PxRgbaBytes* out) {
+    MeansOf(sums, ranges, count, rows, out);
 }
 
 void FloatSums::Add(const PxRgbaBytes* pixels, size_t count) {

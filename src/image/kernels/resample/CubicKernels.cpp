@@ -117,6 +117,41 @@ void StorePixel(PxRgbaBytes* out, __m128i ints) {
     std::memcpy(static_cast<void*>(out), &bytes, sizeof bytes);
 }
 
+// Sums to bytes, four pixels at a time.
+template <class SumAt>
+void StoreRow(PxRgbaBytes* out, size_t count, SumAt&& sumAt) {
+    size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        const __m128i first = _mm_packs_epi32(RoundToInts(sumAt(i)), RoundToInts(sumAt(i + 1)));
+        const __m128i second = _mm_packs_epi32(RoundToInts(sumAt(i + 2)), RoundToInts(sumAt(i + 3)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), _mm_packus_epi16(first, second));
+    }
+    for (; i < count; ++i)
+        StorePixel(out + i, RoundToInts(sumAt(i)));
+}
+
+template <int lane>
+__m128 Lane(__m128 all) {
+    // The integer shuffle has a target of its own and saves a copy.
+    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(all), _MM_SHUFFLE(lane, lane, lane, lane)));
+}
+
+// Four neighbouring pixels as floats.
+struct FloatPixels {
+    __m128 p0, p1, p2, p3;
+
+    explicit FloatPixels(const PxRgbaBytes* pixels) {
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
+        const __m128i low = _mm_unpacklo_epi8(bytes, zero);
+        const __m128i high = _mm_unpackhi_epi8(bytes, zero);
+        p0 = _mm_cvtepi32_ps(_mm_unpacklo_epi16(low, zero));
+        p1 = _mm_cvtepi32_ps(_mm_unpackhi_epi16(low, zero));
+        p2 = _mm_cvtepi32_ps(_mm_unpacklo_epi16(high, zero));
+        p3 = _mm_cvtepi32_ps(_mm_unpackhi_epi16(high, zero));
+    }
+};
+
 __m128 CubicSum(__m128 p0, __m128 p1, __m128 p2, __m128 p3, const __m128 w[4]) {
     const __m128 first = _mm_add_ps(_mm_mul_ps(p0, w[0]), _mm_mul_ps(p1, w[1]));
     return _mm_add_ps(_mm_add_ps(first, _mm_mul_ps(p2, w[2])), _mm_mul_ps(p3, w[3]));
@@ -125,13 +160,16 @@ __m128 CubicSum(__m128 p0, __m128 p1, __m128 p2, __m128 p3, const __m128 w[4]) {
 struct BlendVectors {
     __m128 nearShare, nearCurve, nearSlope, farShare, farCurve, farSlope;
 
-    explicit BlendVectors(const BlendCoefficients& c)
-        : nearShare(_mm_set1_ps(c.nearShare)),
-          nearCurve(_mm_set1_ps(c.nearCurve)),
-          nearSlope(_mm_set1_ps(c.nearSlope)),
-          farShare(_mm_set1_ps(c.farShare)),
-          farCurve(_mm_set1_ps(c.farCurve)),
-          farSlope(_mm_set1_ps(c.farSlope)) {}
+    explicit BlendVectors(const BlendCoefficients& c) {
+        const __m128 first = _mm_load_ps(&c.nearShare);
+        const __m128 second = _mm_load_ps(&c.farCurve);
+        nearShare = Lane<0>(first);
+        nearCurve = Lane<1>(first);
+        nearSlope = Lane<2>(first);
+        farShare = Lane<3>(first);
+        farCurve = Lane<0>(second);
+        farSlope = Lane<1>(second);
+    }
 };
 
 __m128 BlendedSpline(__m128 p0, __m128 p1, __m128 p2, __m128 p3, const BlendVectors& c) {
@@ -222,51 +260,38 @@ PxRgbaBytes CubicBlendPixel(const KernelBlock& block, float fx, float fy) {
                        [](const Four& v, const BlendCoefficients& c) { return BlendedSpline(v, c); });
 }
 
-void WidenPixels(const PxRgbaBytes* in, FloatPixel* out, size_t count) {
-    const __m128i zero = _mm_setzero_si128();
+void CubicAcross(const PxRgbaBytes* columns, const int32_t* taps, const CubicWeights* weights,
+                 FloatPixel* out, size_t count) {
     for (size_t i = 0; i < count; ++i) {
-        int32_t bytes;
-        std::memcpy(&bytes, in + i, sizeof bytes);
-        const __m128i words = _mm_unpacklo_epi8(_mm_cvtsi32_si128(bytes), zero);
-        _mm_store_ps(out[i].channel, _mm_cvtepi32_ps(_mm_unpacklo_epi16(words, zero)));
-    }
-}
-
-void CubicAcross(const FloatPixel* columns, const int32_t* taps, const CubicWeights* weights, FloatPixel* out,
-                 size_t count) {
-    for (size_t i = 0; i < count; ++i) {
-        const FloatPixel* const p = columns + taps[i];
-        const float* const f = weights[i].weight;
-        const __m128 w[4] = {_mm_set1_ps(f[0]), _mm_set1_ps(f[1]), _mm_set1_ps(f[2]), _mm_set1_ps(f[3])};
-        _mm_store_ps(out[i].channel, CubicSum(Load(p[0]), Load(p[1]), Load(p[2]), Load(p[3]), w));
+        const FloatPixels p(columns + taps[i]);
+        const __m128 all = _mm_load_ps(weights[i].weight);
+        const __m128 w[4] = {Lane<0>(all), Lane<1>(all), Lane<2>(all), Lane<3>(all)};
+        _mm_store_ps(out[i].channel, CubicSum(p.p0, p.p1, p.p2, p.p3, w));
     }
 }
 
 void CubicDown(const FloatPixel* const rows[4], const CubicWeights& weights, PxRgbaBytes* out, size_t count) {
     const float* const f = weights.weight;
     const __m128 w[4] = {_mm_set1_ps(f[0]), _mm_set1_ps(f[1]), _mm_set1_ps(f[2]), _mm_set1_ps(f[3])};
-    for (size_t i = 0; i < count; ++i) {
-        StorePixel(out + i, RoundToInts(CubicSum(Load(rows[0][i]), Load(rows[1][i]), Load(rows[2][i]),
-                                                 Load(rows[3][i]), w)));
-    }
+    StoreRow(out, count, [&](size_t i) {
+        return CubicSum(Load(rows[0][i]), Load(rows[1][i]), Load(rows[2][i]), Load(rows[3][i]), w);
+    });
 }
 
-void BlendAcross(const FloatPixel* columns, const int32_t* taps, const BlendCoefficients* coefficients,
+void BlendAcross(const PxRgbaBytes* columns, const int32_t* taps, const BlendCoefficients* coefficients,
                  FloatPixel* out, size_t count) {
     for (size_t i = 0; i < count; ++i) {
-        const FloatPixel* const p = columns + taps[i];
-        const BlendVectors c(coefficients[i]);
-        _mm_store_ps(out[i].channel, BlendedSpline(Load(p[0]), Load(p[1]), Load(p[2]), Load(p[3]), c));
+        const FloatPixels p(columns + taps[i]);
+        _mm_store_ps(out[i].channel, BlendedSpline(p.p0, p.p1, p.p2, p.p3, BlendVectors(coefficients[i])));
     }
 }
 
 void BlendDown(const FloatPixel* const rows[4], const BlendCoefficients& coefficients, PxRgbaBytes* out,
                size_t count) {
     const BlendVectors c(coefficients);
-    for (size_t i = 0; i < count; ++i) {
-        StorePixel(out + i, RoundToInts(BlendedSpline(Load(rows[0][i]), Load(rows[1][i]), Load(rows[2][i]),
-                                                      Load(rows[3][i]), c)));
-    }
+    StoreRow(out, count, [&](size_t i) {
+        return BlendedSpline(Load(rows[0][i]), Load(rows[1][i]), Load(rows[2][i]), Load(rows[3][i]), c);
+    });
 }
 
 SplitWeights SplitFixedWeights(const FixedWeights& weights) {

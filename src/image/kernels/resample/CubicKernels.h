@@ -21,7 +21,7 @@ using KernelBlock = PxRgbaBytes[4][4];  // [row][column]
 
 // Cubic: the interpolating convolution kernel with a = -0.5, in single precision. Rows are summed first, left
 // to right, then their four sums from the top; 0.5 is added, the result truncated and limited to a byte.
-struct CubicWeights {
+struct alignas(16) CubicWeights {
     float weight[4];
 };
 // The weights of distances 1 + f, f, 1 - f and 2 - f.
@@ -40,25 +40,24 @@ extern const std::array<FixedWeights, 256> kFixedCubicTable;
 
 // Cubic blend: two cubics, one that leaves the second sample and one that arrives at the third, faded into
 // each other; in single precision. Rows first, then their four results; + 0.5, truncated, limited.
-struct BlendCoefficients {
+struct alignas(16) BlendCoefficients {
     float nearShare;  // 1 - v
     float nearCurve;  // 1 - t^3
     float nearSlope;  // (1 + t) * 0.5
     float farShare;   // v = t^2 (3 - 2t)
     float farCurve;   // 1 - u^3 with u = 1 - t
     float farSlope;   // 0.5 * t
+    float unused[2] = {};
 };
 BlendCoefficients BlendCoefficientsAt(float fraction);
 PxRgbaBytes CubicBlendPixel(const KernelBlock& block, float fx, float fy);
 
 // Row forms. `taps[i]` is the first of the four columns of target pixel i; the columns lie side by side.
-void WidenPixels(const PxRgbaBytes* in, FloatPixel* out, size_t count);
-
-void CubicAcross(const FloatPixel* columns, const int32_t* taps, const CubicWeights* weights, FloatPixel* out,
-                 size_t count);
+void CubicAcross(const PxRgbaBytes* columns, const int32_t* taps, const CubicWeights* weights,
+                 FloatPixel* out, size_t count);
 void CubicDown(const FloatPixel* const rows[4], const CubicWeights& weights, PxRgbaBytes* out, size_t count);
 
-void BlendAcross(const FloatPixel* columns, const int32_t* taps, const BlendCoefficients* coefficients,
+void BlendAcross(const PxRgbaBytes* columns, const int32_t* taps, const BlendCoefficients* coefficients,
                  FloatPixel* out, size_t count);
 void BlendDown(const FloatPixel* const rows[4], const BlendCoefficients& coefficients, PxRgbaBytes* out,
                size_t count);
