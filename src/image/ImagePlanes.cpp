@@ -35,16 +35,15 @@ PlaneWriter::PlaneWriter(ZvImage& image) : mImage(image), mRuns(AsRunImage(&imag
         mWriter.emplace(*mRuns);
 }
 
-void PlaneWriter::Row(int32_t channel, int32_t y, const uint8_t* samples) {
+void PlaneWriter::Row(int32_t channel, int32_t y, const uint8_t* samples, int32_t count) {
     const int64_t sampleBytes = SampleBytes(mImage);
-    const int32_t width = mImage.Width();
     if (mRuns == nullptr) {
-        for (int32_t x = 0; x < width; ++x)
+        for (int32_t x = 0; x < count; ++x)
             mImage.PutChannel(samples + x * sampleBytes, x, y, channel);
         return;
     }
-    for (int32_t x = 0; x < width;) {
-        const Run run = mWriter->At(x, y, width - x);
+    for (int32_t x = 0; x < count;) {
+        const Run run = mWriter->At(x, y, count - x);
         mRuns->Record().scatter(samples + x * sampleBytes, run.pixels, static_cast<size_t>(run.count),
                                 channel);
         x += run.count;

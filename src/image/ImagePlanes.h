@@ -20,12 +20,12 @@ private:
     std::optional<RunReader> mReader;
 };
 
-// Puts packed samples into rows of one channel.
+// Puts packed samples into rows of one channel, from the left.
 class PlaneWriter {
 public:
     explicit PlaneWriter(ZvImage& image);
 
-    void Row(int32_t channel, int32_t y, const uint8_t* samples);
+    void Row(int32_t channel, int32_t y, const uint8_t* samples, int32_t count);
 
 private:
     ZvImage& mImage;

@@ -1,5 +1,6 @@
 // How an image stands in a stream: a header of big-endian numbers, then one plane after the other.
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -80,7 +81,7 @@ void ZvImage::WriteTo(ZvStream& stream) {
 // size comes out whole, its missing samples repeating the last row that was read. If the stream is too short
 // for the image and the image is a large one, then
 // - a row image stays as it was, since its block would be taken at once,
-// - a tiled image gets its size and the rows that are there; the rest has no tiles, or zeros in them,
+// - a tiled image gets its size and the samples that are there; the rest has no tiles, or zeros in them,
 // - neither is made for more pixels than any image has.
 void ZvImage::ReadFrom(ZvStream& stream) {
     const int32_t width = stream.ReadSInt32("W");
@@ -113,10 +114,15 @@ void ZvImage::ReadFrom(ZvStream& stream) {
     vm::PlaneWriter planes(*this);
     for (int32_t channel = 0; channel < ChannelCount(); ++channel) {
         for (int32_t y = 0; y < mHeight; ++y) {
-            if (!whole && stream.AtEnd())
-                return;
+            int32_t count = mWidth;
+            if (!whole) {
+                count =
+                    static_cast<int32_t>(std::min<int64_t>(BytesLeft(stream) / SampleBytes(*this), mWidth));
+                if (count == 0)
+                    return;
+            }
             stream.ReadBytes(row.get(), static_cast<uint32_t>(rowBytes));
-            planes.Row(channel, y, row.get());
+            planes.Row(channel, y, row.get(), count);
         }
     }
 }
