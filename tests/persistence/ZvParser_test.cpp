@@ -638,6 +638,13 @@ TEST(ParserBrackets, CloseConsumesAByteInEveryCase) {
   EXPECT_EQ(stream.Tell(), 2u);
 }
 
+TEST(ParserBrackets, PushedThroughTheStreamCloseLikeReadOnes) {
+  ByteStream stream("61 5D");
+  stream.PushOpen('[');
+  EXPECT_FALSE(stream.ReadClose());
+  EXPECT_TRUE(stream.ReadClose());
+}
+
 TEST(ParserBrackets, WithNothingOpenCloseConsumesOneByteAndIsTrue) {
   ByteStream stream("61 62");
   EXPECT_TRUE(stream.ReadClose());
