@@ -146,6 +146,63 @@ TEST(BareHost, KeepsAFlagForItsCallers) {
   EXPECT_EQ(host.GetHostFlag(), 7);
 }
 
+// A pointer to a virtual operation holds 1 plus the operation's place in the table, in bytes.
+template <class Operation>
+intptr_t SlotOf(Operation operation) {
+  intptr_t place = 0;
+  std::memcpy(&place, &operation, sizeof(place));
+  return (place - 1) / static_cast<intptr_t>(sizeof(void*));
+}
+
+void ExpectConsecutive(const std::vector<intptr_t>& slots) {
+  for (size_t i = 1; i < slots.size(); ++i)
+    EXPECT_EQ(slots[i], slots[i - 1] + 1) << "operation " << i;
+}
+
+TEST(SlotOrder, TheOperationsOfTheBareHostFollowEachOther) {
+  ExpectConsecutive(
+      {SlotOf(&ZVHost::RunHost), SlotOf(&ZVHost::ShutDownHost), SlotOf(&ZVHost::GetSourceImage),
+       SlotOf(&ZVHost::PutResultImage), SlotOf(&ZVHost::HostIdle), SlotOf(&ZVHost::IsHosted),
+       SlotOf(&ZVHost::GetHostFlag), SlotOf(&ZVHost::SetHostFlag), SlotOf(&ZVHost::GetHostMode),
+       SlotOf(&ZVHost::PickColor), SlotOf(&ZVHost::RunMessageLoop)});
+}
+
+TEST(SlotOrder, TheOperationsOfThePlugInFollowThoseOfTheBareHost) {
+  using P = ZVHostPhotoshop;
+  ExpectConsecutive({SlotOf(&ZVHost::RunMessageLoop),
+                     SlotOf(&P::IsImageModeSupported),
+                     SlotOf(&P::HasAbortProc),
+                     SlotOf(&P::HasProgressProc),
+                     SlotOf(&P::HasAdvanceState),
+                     SlotOf(&P::HasDisplayPixels),
+                     SlotOf(&P::DoAbout),
+                     SlotOf(&P::DoParameters),
+                     SlotOf(&P::DoPrepare),
+                     SlotOf(&P::DoStart),
+                     SlotOf(&P::DoContinue),
+                     SlotOf(&P::DoFinish),
+                     SlotOf(&P::DoBadSelector),
+                     SlotOf(&P::SetRects),
+                     SlotOf(&P::SetOutRect),
+                     SlotOf(&P::SetInRect),
+                     SlotOf(&P::GetWholeImageRect),
+                     SlotOf(&P::SetOutData),
+                     SlotOf(&P::SetInData),
+                     SlotOf(&P::SetDataPointers),
+                     SlotOf(&P::RequestRects),
+                     SlotOf(&P::SetWholeImageRects),
+                     SlotOf(&P::GetImageSize),
+                     SlotOf(&P::GetImageWidth),
+                     SlotOf(&P::GetImageHeight),
+                     SlotOf(&P::AdvanceState),
+                     SlotOf(&P::GetInRowBytes),
+                     SlotOf(&P::IsSupported),
+                     SlotOf(&P::HostDone),
+                     SlotOf(&P::StopFiltering),
+                     SlotOf(&P::WriteScriptParameters),
+                     SlotOf(&P::ReadScriptParameters)});
+}
+
 TEST(PlugInHost, IsHosted) {
   FakeHost host = RgbHost();
   TestPlugIn plugIn(host);
