@@ -27,31 +27,31 @@
 namespace filter_host {
 
 enum class DescriptorType {
-    kInteger,
-    kFloat,
-    kUnitFloat,
-    kBoolean,
-    kText,
-    kAlias,
-    kString,
-    kEnumerated,
-    kClass,
-    kScopedClass,
-    kObject,
-    kScopedObject,
-    kCount,
+  kInteger,
+  kFloat,
+  kUnitFloat,
+  kBoolean,
+  kText,
+  kAlias,
+  kString,
+  kEnumerated,
+  kClass,
+  kScopedClass,
+  kObject,
+  kScopedObject,
+  kCount,
 };
 
 struct DescriptorEntry {
-    uint32_t key = 0;
-    DescriptorType type = DescriptorType::kInteger;
-    uint32_t code = 0;    // unit, enumeration type or object type
-    uint32_t value = 0;   // enumerated value, class, count
-    int32_t integer = 0;  // integer, boolean
-    double number = 0.0;  // float, unit-float
-    std::string bytes;    // text, alias, string, object
+  uint32_t key = 0;
+  DescriptorType type = DescriptorType::kInteger;
+  uint32_t code = 0;    // unit, enumeration type or object type
+  uint32_t value = 0;   // enumerated value, class, count
+  int32_t integer = 0;  // integer, boolean
+  double number = 0.0;  // float, unit-float
+  std::string bytes;    // text, alias, string, object
 
-    bool operator==(const DescriptorEntry&) const = default;
+  bool operator==(const DescriptorEntry&) const = default;
 };
 
 using Descriptor = std::vector<DescriptorEntry>;

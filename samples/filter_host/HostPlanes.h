@@ -20,18 +20,18 @@ inline constexpr int32_t kHostWhite16 = 32768;
 // One row of image mode and plane count. The last plane of an odd one out is alpha: gray 2, RGB 4,
 // CMYK 5. Host planes hold light, not ink: in CMYK 0 is full ink and the full value no ink.
 struct PlaneFormat {
-    const char* name;  // as the command line spells it
-    int16_t imageMode;
-    int16_t planes;
-    int16_t bytesPerSample;
-    ColourFamily family;
+  const char* name;  // as the command line spells it
+  int16_t imageMode;
+  int16_t planes;
+  int16_t bytesPerSample;
+  ColourFamily family;
 
-    bool HasAlpha() const {
-        return (family == ColourFamily::kGray && planes == 2) ||
-               (family == ColourFamily::kRgb && planes == 4) ||
-               (family == ColourFamily::kCmyk && planes == 5);
-    }
-    int32_t White() const { return bytesPerSample == 1 ? 255 : kHostWhite16; }
+  bool HasAlpha() const {
+    return (family == ColourFamily::kGray && planes == 2) ||
+           (family == ColourFamily::kRgb && planes == 4) ||
+           (family == ColourFamily::kCmyk && planes == 5);
+  }
+  int32_t White() const { return bytesPerSample == 1 ? 255 : kHostWhite16; }
 };
 
 // Every format a picture can be converted to: gray, graya, gray16, graya32, rgb, rgba, rgb48,
@@ -43,21 +43,24 @@ const PlaneFormat* FindPlaneFormat(const std::string& name);
 // Pixels interleaved, plane 0 first, rows without padding. Two-byte samples are in this machine's
 // order.
 struct HostPlanes {
-    int32_t width = 0;
-    int32_t height = 0;
-    PlaneFormat format{};
-    double dotsPerInch = 72.0;
-    std::vector<uint8_t> samples;
+  int32_t width = 0;
+  int32_t height = 0;
+  PlaneFormat format{};
+  double dotsPerInch = 72.0;
+  std::vector<uint8_t> samples;
 
-    std::size_t PixelBytes() const {
-        return static_cast<std::size_t>(format.planes) * static_cast<std::size_t>(format.bytesPerSample);
-    }
-    std::size_t RowBytes() const { return PixelBytes() * static_cast<std::size_t>(width); }
-    uint8_t* Row(int32_t y) { return samples.data() + RowBytes() * static_cast<std::size_t>(y); }
-    const uint8_t* Row(int32_t y) const { return samples.data() + RowBytes() * static_cast<std::size_t>(y); }
-    // One sample, 0 to 255 or 0 to 65535.
-    int32_t Sample(int32_t x, int32_t y, int32_t plane) const;
-    void SetSample(int32_t x, int32_t y, int32_t plane, int32_t value);
+  std::size_t PixelBytes() const {
+    return static_cast<std::size_t>(format.planes) *
+           static_cast<std::size_t>(format.bytesPerSample);
+  }
+  std::size_t RowBytes() const { return PixelBytes() * static_cast<std::size_t>(width); }
+  uint8_t* Row(int32_t y) { return samples.data() + RowBytes() * static_cast<std::size_t>(y); }
+  const uint8_t* Row(int32_t y) const {
+    return samples.data() + RowBytes() * static_cast<std::size_t>(y);
+  }
+  // One sample, 0 to 255 or 0 to 65535.
+  int32_t Sample(int32_t x, int32_t y, int32_t plane) const;
+  void SetSample(int32_t x, int32_t y, int32_t plane, int32_t value);
 };
 
 // Gray to colour repeats the gray, colour to gray takes the luma 0.299, 0.587, 0.114. CMYK is
@@ -86,6 +89,7 @@ void WritePlanes(const std::string& path, const HostPlanes& planes);
 void ApplyMatte(HostPlanes& planes, double matte);
 
 // result = source + (result - source) * coverage / 255 in every sample, rounded.
-void RestrictToSelection(HostPlanes& result, const HostPlanes& source, std::span<const uint8_t> coverage);
+void RestrictToSelection(HostPlanes& result, const HostPlanes& source,
+                         std::span<const uint8_t> coverage);
 
 }  // namespace filter_host

@@ -10,24 +10,24 @@
 namespace filter_host {
 
 struct Options {
-    bool help = false;
-    bool info = false;   // tell what the filter's resource says, run nothing
-    bool about = false;  // call the About selector, run nothing
-    std::string plugin;
-    std::string input;
-    std::string output;
-    std::string mask;
-    std::string record;
-    std::string replay;
-    std::string workingDirectory;
-    const PlaneFormat* format = nullptr;  // null: what the input calls for
-    bool selectionBounds = false;         // filterRect is the selection's, not the image's
-    bool askParameters = true;
-    bool window = false;
-    bool trace = false;
-    int runs = 1;
-    std::vector<int16_t> extraSelectors;  // called after the run, for trying a filter
-    SessionSettings session;
+  bool help = false;
+  bool info = false;   // tell what the filter's resource says, run nothing
+  bool about = false;  // call the About selector, run nothing
+  std::string plugin;
+  std::string input;
+  std::string output;
+  std::string mask;
+  std::string record;
+  std::string replay;
+  std::string workingDirectory;
+  const PlaneFormat* format = nullptr;  // null: what the input calls for
+  bool selectionBounds = false;         // filterRect is the selection's, not the image's
+  bool askParameters = true;
+  bool window = false;
+  bool trace = false;
+  int runs = 1;
+  std::vector<int16_t> extraSelectors;  // called after the run, for trying a filter
+  SessionSettings session;
 };
 
 // `arguments` without the program's name. Throws Error that names the argument at fault.

@@ -9,23 +9,23 @@ namespace filter_host {
 // Opens a temporary file in the directory of `path`. Unless Commit was called, the destructor
 // deletes it and `path` stays as it was.
 class OutputFile {
-public:
-    // Throws Error when no file can be created there.
-    explicit OutputFile(const std::string& path);
-    ~OutputFile();
-    OutputFile(const OutputFile&) = delete;
-    OutputFile& operator=(const OutputFile&) = delete;
+ public:
+  // Throws Error when no file can be created there.
+  explicit OutputFile(const std::string& path);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
 
-    std::FILE* Stream() const { return mStream; }
-    void Write(const void* bytes, std::size_t count);
-    // Closes the file and puts it in the place of `path`. Throws Error, also for earlier failed
-    // writes.
-    void Commit();
+  std::FILE* Stream() const { return mStream; }
+  void Write(const void* bytes, std::size_t count);
+  // Closes the file and puts it in the place of `path`. Throws Error, also for earlier failed
+  // writes.
+  void Commit();
 
-private:
-    std::string mPath;
-    std::string mTemporaryPath;
-    std::FILE* mStream;
+ private:
+  std::string mPath;
+  std::string mTemporaryPath;
+  std::FILE* mStream;
 };
 
 // Throws Error unless a file can be created where `path` lies. Leaves nothing behind.

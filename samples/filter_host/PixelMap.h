@@ -9,35 +9,35 @@
 
 // The published layout of the two structures that go through displayPixels.
 struct VRect {
-    int32_t top;
-    int32_t left;
-    int32_t bottom;
-    int32_t right;
+  int32_t top;
+  int32_t left;
+  int32_t bottom;
+  int32_t right;
 };
 
 struct PSPixelMap {
-    int32_t version;  // 1
-    VRect bounds;
-    int32_t imageMode;
-    int32_t rowBytes;
-    int32_t colBytes;
-    int32_t planeBytes;
-    void* baseAddr;
-    // Masks, from version 1 on; not looked at here.
-    void* mat;
-    void* masks;
-    int32_t maskPhaseRow;
-    int32_t maskPhaseCol;
+  int32_t version;  // 1
+  VRect bounds;
+  int32_t imageMode;
+  int32_t rowBytes;
+  int32_t colBytes;
+  int32_t planeBytes;
+  void* baseAddr;
+  // Masks, from version 1 on; not looked at here.
+  void* mat;
+  void* masks;
+  int32_t maskPhaseRow;
+  int32_t maskPhaseCol;
 };
 
 namespace filter_host {
 
 struct PaintedArea {
-    int32_t row = 0;  // where the top left pixel goes
-    int32_t column = 0;
-    int32_t width = 0;
-    int32_t height = 0;
-    std::vector<uint8_t> bgrx;  // 4 bytes for each pixel, rows from the top
+  int32_t row = 0;  // where the top left pixel goes
+  int32_t column = 0;
+  int32_t width = 0;
+  int32_t height = 0;
+  std::vector<uint8_t> bgrx;  // 4 bytes for each pixel, rows from the top
 };
 
 // The pixels of `area` in a form that can be painted. False for a map that can't be shown: null, no
