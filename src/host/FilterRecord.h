@@ -2,8 +2,8 @@
 // plug-in share, the suites that hang off it, and the numbers that both sides use.
 //
 // Everything here is layout and constants, no behaviour. The names are the published ones, so that
-// a field can be looked up by the name that plug-in writers know. The structures belong to the host;
-// a plug-in reads and writes fields but never allocates or frees one.
+// a field can be looked up by the name that plug-in writers know. The structures belong to the
+// host; a plug-in reads and writes fields but never allocates or frees one.
 //
 // `FilterRecord` is packed to 4 bytes at most, on 32-bit and on 64-bit hosts alike; the suites are
 // naturally aligned. The assertions at the end prove every offset for both pointer sizes.
@@ -31,22 +31,22 @@ using Str255 = uint8_t[256];  // room for the longest Pascal string
 inline constexpr Fixed kFixedOne = 1 << 16;
 
 struct Point {
-    int16_t v;  // vertical, down
-    int16_t h;  // horizontal
+  int16_t v;  // vertical, down
+  int16_t h;  // horizontal
 };
 
 // `bottom` and `right` are exclusive.
 struct Rect {
-    int16_t top;
-    int16_t left;
-    int16_t bottom;
-    int16_t right;
+  int16_t top;
+  int16_t left;
+  int16_t bottom;
+  int16_t right;
 };
 
 struct RGB16 {
-    uint16_t red;
-    uint16_t green;
-    uint16_t blue;
+  uint16_t red;
+  uint16_t green;
+  uint16_t blue;
 };
 
 // Structures of the interface that only pass through; their contents are not needed here.
@@ -124,226 +124,231 @@ inline constexpr int16_t plugIncolorServicesRGBSpace = 0;
 // --- Suites (naturally aligned) ----------------------------------------------------------------
 
 struct HandleProcs {
-    int16_t handleProcsVersion;
-    int16_t numHandleProcs;
-    Handle(VM_HOST_CALL* newProc)(int32_t size);
-    void(VM_HOST_CALL* disposeProc)(Handle handle);
-    int32_t(VM_HOST_CALL* getSizeProc)(Handle handle);
-    OSErr(VM_HOST_CALL* setSizeProc)(Handle handle, int32_t newSize);
-    char*(VM_HOST_CALL* lockProc)(Handle handle, uint8_t moveHigh);
-    void(VM_HOST_CALL* unlockProc)(Handle handle);
-    void(VM_HOST_CALL* recoverSpaceProc)(int32_t size);
-    void(VM_HOST_CALL* disposeRegularHandleProc)(Handle handle);
+  int16_t handleProcsVersion;
+  int16_t numHandleProcs;
+  Handle(VM_HOST_CALL* newProc)(int32_t size);
+  void(VM_HOST_CALL* disposeProc)(Handle handle);
+  int32_t(VM_HOST_CALL* getSizeProc)(Handle handle);
+  OSErr(VM_HOST_CALL* setSizeProc)(Handle handle, int32_t newSize);
+  char*(VM_HOST_CALL* lockProc)(Handle handle, uint8_t moveHigh);
+  void(VM_HOST_CALL* unlockProc)(Handle handle);
+  void(VM_HOST_CALL* recoverSpaceProc)(int32_t size);
+  void(VM_HOST_CALL* disposeRegularHandleProc)(Handle handle);
 };
 
 struct WriteDescriptorProcs {
-    int16_t writeDescriptorProcsVersion;
-    int16_t numWriteDescriptorProcs;
-    PIWriteDescriptor(VM_HOST_CALL* openWriteDescriptorProc)();
-    OSErr(VM_HOST_CALL* closeWriteDescriptorProc)(PIWriteDescriptor token, Handle* outDescriptor);
-    OSErr(VM_HOST_CALL* putIntegerProc)(PIWriteDescriptor token, DescriptorKeyID key, int32_t value);
-    OSErr(VM_HOST_CALL* putFloatProc)(PIWriteDescriptor token, DescriptorKeyID key, const double* value);
-    OSErr(VM_HOST_CALL* putUnitFloatProc)(PIWriteDescriptor token, DescriptorKeyID key, uint32_t unit,
-                                          const double* value);
-    OSErr(VM_HOST_CALL* putBooleanProc)(PIWriteDescriptor token, DescriptorKeyID key, uint8_t value);
-    OSErr(VM_HOST_CALL* putTextProc)(PIWriteDescriptor token, DescriptorKeyID key, Handle text);
-    OSErr(VM_HOST_CALL* putAliasProc)(PIWriteDescriptor token, DescriptorKeyID key, Handle alias);
-    OSErr(VM_HOST_CALL* putEnumeratedProc)(PIWriteDescriptor token, DescriptorKeyID key,
-                                           DescriptorTypeID type, uint32_t value);
-    OSErr(VM_HOST_CALL* putClassProc)(PIWriteDescriptor token, DescriptorKeyID key, uint32_t value);
-    OSErr(VM_HOST_CALL* putSimpleReferenceProc)(PIWriteDescriptor token, DescriptorKeyID key,
-                                                const PIDescriptorSimpleReference* reference);
-    OSErr(VM_HOST_CALL* putObjectProc)(PIWriteDescriptor token, DescriptorKeyID key, DescriptorTypeID type,
-                                       Handle object);
-    OSErr(VM_HOST_CALL* putCountProc)(PIWriteDescriptor token, DescriptorKeyID key, uint32_t count);
-    OSErr(VM_HOST_CALL* putStringProc)(PIWriteDescriptor token, DescriptorKeyID key, ConstPStringPtr string);
-    OSErr(VM_HOST_CALL* putScopedClassProc)(PIWriteDescriptor token, DescriptorKeyID key, uint32_t value);
-    OSErr(VM_HOST_CALL* putScopedObjectProc)(PIWriteDescriptor token, DescriptorKeyID key,
-                                             DescriptorTypeID type, Handle object);
+  int16_t writeDescriptorProcsVersion;
+  int16_t numWriteDescriptorProcs;
+  PIWriteDescriptor(VM_HOST_CALL* openWriteDescriptorProc)();
+  OSErr(VM_HOST_CALL* closeWriteDescriptorProc)(PIWriteDescriptor token, Handle* outDescriptor);
+  OSErr(VM_HOST_CALL* putIntegerProc)(PIWriteDescriptor token, DescriptorKeyID key, int32_t value);
+  OSErr(VM_HOST_CALL* putFloatProc)(PIWriteDescriptor token, DescriptorKeyID key,
+                                    const double* value);
+  OSErr(VM_HOST_CALL* putUnitFloatProc)(PIWriteDescriptor token, DescriptorKeyID key, uint32_t unit,
+                                        const double* value);
+  OSErr(VM_HOST_CALL* putBooleanProc)(PIWriteDescriptor token, DescriptorKeyID key, uint8_t value);
+  OSErr(VM_HOST_CALL* putTextProc)(PIWriteDescriptor token, DescriptorKeyID key, Handle text);
+  OSErr(VM_HOST_CALL* putAliasProc)(PIWriteDescriptor token, DescriptorKeyID key, Handle alias);
+  OSErr(VM_HOST_CALL* putEnumeratedProc)(PIWriteDescriptor token, DescriptorKeyID key,
+                                         DescriptorTypeID type, uint32_t value);
+  OSErr(VM_HOST_CALL* putClassProc)(PIWriteDescriptor token, DescriptorKeyID key, uint32_t value);
+  OSErr(VM_HOST_CALL* putSimpleReferenceProc)(PIWriteDescriptor token, DescriptorKeyID key,
+                                              const PIDescriptorSimpleReference* reference);
+  OSErr(VM_HOST_CALL* putObjectProc)(PIWriteDescriptor token, DescriptorKeyID key,
+                                     DescriptorTypeID type, Handle object);
+  OSErr(VM_HOST_CALL* putCountProc)(PIWriteDescriptor token, DescriptorKeyID key, uint32_t count);
+  OSErr(VM_HOST_CALL* putStringProc)(PIWriteDescriptor token, DescriptorKeyID key,
+                                     ConstPStringPtr string);
+  OSErr(VM_HOST_CALL* putScopedClassProc)(PIWriteDescriptor token, DescriptorKeyID key,
+                                          uint32_t value);
+  OSErr(VM_HOST_CALL* putScopedObjectProc)(PIWriteDescriptor token, DescriptorKeyID key,
+                                           DescriptorTypeID type, Handle object);
 };
 
 struct ReadDescriptorProcs {
-    int16_t readDescriptorProcsVersion;
-    int16_t numReadDescriptorProcs;
-    // `keys` ends with 0. The host copies it or marks found keys in place, so it must be writable
-    // memory although the interface publishes it as constant.
-    PIReadDescriptor(VM_HOST_CALL* openReadDescriptorProc)(Handle descriptor, const DescriptorKeyID* keys);
-    OSErr(VM_HOST_CALL* closeReadDescriptorProc)(PIReadDescriptor token);
-    uint8_t(VM_HOST_CALL* getKeyProc)(PIReadDescriptor token, DescriptorKeyID* key, DescriptorTypeID* type,
-                                      int32_t* flags);
-    OSErr(VM_HOST_CALL* getIntegerProc)(PIReadDescriptor token, int32_t* value);
-    OSErr(VM_HOST_CALL* getFloatProc)(PIReadDescriptor token, double* value);
-    OSErr(VM_HOST_CALL* getUnitFloatProc)(PIReadDescriptor token, uint32_t* unit, double* value);
-    OSErr(VM_HOST_CALL* getBooleanProc)(PIReadDescriptor token, uint8_t* value);
-    OSErr(VM_HOST_CALL* getTextProc)(PIReadDescriptor token, Handle* text);
-    OSErr(VM_HOST_CALL* getAliasProc)(PIReadDescriptor token, Handle* alias);
-    OSErr(VM_HOST_CALL* getEnumeratedProc)(PIReadDescriptor token, uint32_t* value);
-    OSErr(VM_HOST_CALL* getClassProc)(PIReadDescriptor token, uint32_t* value);
-    OSErr(VM_HOST_CALL* getSimpleReferenceProc)(PIReadDescriptor token,
-                                                PIDescriptorSimpleReference* reference);
-    OSErr(VM_HOST_CALL* getObjectProc)(PIReadDescriptor token, DescriptorTypeID* type, Handle* object);
-    OSErr(VM_HOST_CALL* getCountProc)(PIReadDescriptor token, uint32_t* count);
-    OSErr(VM_HOST_CALL* getStringProc)(PIReadDescriptor token, PStringPtr string);  // room for 256
-    OSErr(VM_HOST_CALL* getPinnedIntegerProc)(PIReadDescriptor token, int32_t min, int32_t max,
-                                              int32_t* value);
-    OSErr(VM_HOST_CALL* getPinnedFloatProc)(PIReadDescriptor token, const double* min, const double* max,
-                                            double* value);
-    void* getPinnedUnitFloatProc;  // not called here; only its place in the suite matters
+  int16_t readDescriptorProcsVersion;
+  int16_t numReadDescriptorProcs;
+  // `keys` ends with 0. The host copies it or marks found keys in place, so it must be writable
+  // memory although the interface publishes it as constant.
+  PIReadDescriptor(VM_HOST_CALL* openReadDescriptorProc)(Handle descriptor,
+                                                         const DescriptorKeyID* keys);
+  OSErr(VM_HOST_CALL* closeReadDescriptorProc)(PIReadDescriptor token);
+  uint8_t(VM_HOST_CALL* getKeyProc)(PIReadDescriptor token, DescriptorKeyID* key,
+                                    DescriptorTypeID* type, int32_t* flags);
+  OSErr(VM_HOST_CALL* getIntegerProc)(PIReadDescriptor token, int32_t* value);
+  OSErr(VM_HOST_CALL* getFloatProc)(PIReadDescriptor token, double* value);
+  OSErr(VM_HOST_CALL* getUnitFloatProc)(PIReadDescriptor token, uint32_t* unit, double* value);
+  OSErr(VM_HOST_CALL* getBooleanProc)(PIReadDescriptor token, uint8_t* value);
+  OSErr(VM_HOST_CALL* getTextProc)(PIReadDescriptor token, Handle* text);
+  OSErr(VM_HOST_CALL* getAliasProc)(PIReadDescriptor token, Handle* alias);
+  OSErr(VM_HOST_CALL* getEnumeratedProc)(PIReadDescriptor token, uint32_t* value);
+  OSErr(VM_HOST_CALL* getClassProc)(PIReadDescriptor token, uint32_t* value);
+  OSErr(VM_HOST_CALL* getSimpleReferenceProc)(PIReadDescriptor token,
+                                              PIDescriptorSimpleReference* reference);
+  OSErr(VM_HOST_CALL* getObjectProc)(PIReadDescriptor token, DescriptorTypeID* type,
+                                     Handle* object);
+  OSErr(VM_HOST_CALL* getCountProc)(PIReadDescriptor token, uint32_t* count);
+  OSErr(VM_HOST_CALL* getStringProc)(PIReadDescriptor token, PStringPtr string);  // room for 256
+  OSErr(VM_HOST_CALL* getPinnedIntegerProc)(PIReadDescriptor token, int32_t min, int32_t max,
+                                            int32_t* value);
+  OSErr(VM_HOST_CALL* getPinnedFloatProc)(PIReadDescriptor token, const double* min,
+                                          const double* max, double* value);
+  void* getPinnedUnitFloatProc;  // not called here; only its place in the suite matters
 };
 
 struct PIDescriptorParameters {
-    int16_t descriptorParametersVersion;
-    int16_t playInfo;    // set by the host: plugInDialogDontDisplay, ...Display or ...Silent
-    int16_t recordInfo;  // set by the plug-in: plugInDialogOptional, ...Required or ...None
-    Handle descriptor;   // the recorded parameters, or null
-    WriteDescriptorProcs* writeDescriptorProcs;
-    ReadDescriptorProcs* readDescriptorProcs;
+  int16_t descriptorParametersVersion;
+  int16_t playInfo;    // set by the host: plugInDialogDontDisplay, ...Display or ...Silent
+  int16_t recordInfo;  // set by the plug-in: plugInDialogOptional, ...Required or ...None
+  Handle descriptor;   // the recorded parameters, or null
+  WriteDescriptorProcs* writeDescriptorProcs;
+  ReadDescriptorProcs* readDescriptorProcs;
 };
 
 struct ColorServicesInfo {
-    int32_t infoSize;  // sizeof(ColorServicesInfo)
-    int16_t selector;
-    int16_t sourceSpace;
-    int16_t resultSpace;
-    uint8_t resultGamutInfoValid;
-    uint8_t resultInGamut;
-    void* reservedSourceSpaceInfo;
-    void* reservedResultSpaceInfo;
-    int16_t colorComponents[4];
-    void* reserved;
-    // What it points to depends on the selector; for choosing a colour: the prompt, or null.
-    union {
-        ConstPStringPtr pickerPrompt;
-        Point* globalSamplePoint;
-        int32_t specialColorID;
-    } selectorParameter;
+  int32_t infoSize;  // sizeof(ColorServicesInfo)
+  int16_t selector;
+  int16_t sourceSpace;
+  int16_t resultSpace;
+  uint8_t resultGamutInfoValid;
+  uint8_t resultInGamut;
+  void* reservedSourceSpaceInfo;
+  void* reservedResultSpaceInfo;
+  int16_t colorComponents[4];
+  void* reserved;
+  // What it points to depends on the selector; for choosing a colour: the prompt, or null.
+  union {
+    ConstPStringPtr pickerPrompt;
+    Point* globalSamplePoint;
+    int32_t specialColorID;
+  } selectorParameter;
 };
 
 // --- The filter record -------------------------------------------------------------------------
 
 #pragma pack(push, 4)
 struct FilterRecord {
-    int32_t serial;
-    uint8_t(VM_HOST_CALL* abortProc)();  // not 0 when the user asked to stop
-    void(VM_HOST_CALL* progressProc)(int32_t done, int32_t total);
-    Handle parameters;  // null at first
-    Point imageSize;    // of the image, in pixels
-    int16_t planes;     // of the image
-    Rect filterRect;
-    RGB16 background;
-    RGB16 foreground;
-    int32_t maxSpace;
-    int32_t bufferSpace;
-    Rect inRect;
-    int16_t inLoPlane;
-    int16_t inHiPlane;
-    Rect outRect;
-    int16_t outLoPlane;
-    int16_t outHiPlane;
-    void* inData;  // first byte of the delivered input: pixels interleaved, plane 0 first
-    int32_t inRowBytes;
-    void* outData;  // first byte of the output buffer
-    int32_t outRowBytes;
-    uint8_t isFloating;
-    uint8_t haveMask;  // not 0 when there is a selection
-    uint8_t autoMask;
-    Rect maskRect;
-    void* maskData;  // first byte of the selection mask, one byte per pixel
-    int32_t maskRowBytes;
-    uint8_t backColor[4];
-    uint8_t foreColor[4];
-    uint32_t hostSig;  // four-character code of the host
-    void(VM_HOST_CALL* hostProcs)(int16_t selector, void* data);
-    int16_t imageMode;  // one of plugInMode...
-    Fixed imageHRes;
-    Fixed imageVRes;
-    Point floatCoord;
-    Point wholeSize;
-    Fixed monitor[10];   // gamma, red x y, green x y, blue x y, white x y, ambient
-    void* platformData;  // on Windows its first word is the owner window
-    void* bufferProcs;
-    void* resourceProcs;
-    void(VM_HOST_CALL* processEvent)(void* event);
-    OSErr(VM_HOST_CALL* displayPixels)(const PSPixelMap* source, const VRect* sourceRect, int32_t row,
-                                       int32_t column, void* platformContext);
-    HandleProcs* handleProcs;
-    uint8_t supportsDummyChannels;
-    uint8_t supportsAlternateLayouts;
-    int16_t wantLayout;
-    int16_t filterCase;  // one of filterCase...
-    int16_t dummyPlaneValue;
-    void* premiereHook;
-    // Delivers `inRect`, `outRect` and `maskRect` for the planes in the record, and takes back what
-    // was written through the former `outData`.
-    OSErr(VM_HOST_CALL* advanceState)();
-    uint8_t supportsAbsolute;
-    uint8_t wantsAbsolute;
-    OSErr(VM_HOST_CALL* getPropertyObsolete)(uint32_t signature, uint32_t key, int32_t index,
-                                             intptr_t* simple, Handle* complex);
-    uint8_t cannotUndo;
-    uint8_t supportsPadding;
-    int16_t inputPadding;
-    int16_t outputPadding;
-    int16_t maskPadding;
-    uint8_t samplingSupport;  // not 0 when the host can scale
-    uint8_t reservedByte;
-    Fixed inputRate;
-    Fixed maskRate;
-    OSErr(VM_HOST_CALL* colorServices)(ColorServicesInfo* info);
-    int16_t inLayerPlanes;
-    int16_t inTransparencyMask;
-    int16_t inLayerMasks;
-    int16_t inInvertedLayerMasks;
-    int16_t inNonLayerPlanes;
-    int16_t outLayerPlanes;
-    int16_t outTransparencyMask;
-    int16_t outLayerMasks;
-    int16_t outInvertedLayerMasks;
-    int16_t outNonLayerPlanes;
-    int16_t absLayerPlanes;
-    int16_t absTransparencyMask;
-    int16_t absLayerMasks;
-    int16_t absInvertedLayerMasks;
-    int16_t absNonLayerPlanes;
-    int16_t inPreDummyPlanes;
-    int16_t inPostDummyPlanes;
-    int16_t outPreDummyPlanes;
-    int16_t outPostDummyPlanes;
-    int32_t inColumnBytes;
-    int32_t inPlaneBytes;
-    int32_t outColumnBytes;
-    int32_t outPlaneBytes;
-    void* imageServicesProcs;
-    void* propertyProcs;
-    int16_t inTileHeight;
-    int16_t inTileWidth;
-    Point inTileOrigin;
-    int16_t absTileHeight;
-    int16_t absTileWidth;
-    Point absTileOrigin;
-    int16_t outTileHeight;
-    int16_t outTileWidth;
-    Point outTileOrigin;
-    int16_t maskTileHeight;
-    int16_t maskTileWidth;
-    Point maskTileOrigin;
-    PIDescriptorParameters* descriptorParameters;
-    PStringPtr errorString;  // room for 256
-    void* channelPortProcs;
-    void* documentInfo;
-    void* sSPBasic;
-    void* plugInRef;
-    int32_t depth;  // bits per channel
-    void* iccProfileData;
-    int32_t iccProfileSize;
-    int32_t canUseICCProfiles;
-    uint8_t reserved[54];
+  int32_t serial;
+  uint8_t(VM_HOST_CALL* abortProc)();  // not 0 when the user asked to stop
+  void(VM_HOST_CALL* progressProc)(int32_t done, int32_t total);
+  Handle parameters;  // null at first
+  Point imageSize;    // of the image, in pixels
+  int16_t planes;     // of the image
+  Rect filterRect;
+  RGB16 background;
+  RGB16 foreground;
+  int32_t maxSpace;
+  int32_t bufferSpace;
+  Rect inRect;
+  int16_t inLoPlane;
+  int16_t inHiPlane;
+  Rect outRect;
+  int16_t outLoPlane;
+  int16_t outHiPlane;
+  void* inData;  // first byte of the delivered input: pixels interleaved, plane 0 first
+  int32_t inRowBytes;
+  void* outData;  // first byte of the output buffer
+  int32_t outRowBytes;
+  uint8_t isFloating;
+  uint8_t haveMask;  // not 0 when there is a selection
+  uint8_t autoMask;
+  Rect maskRect;
+  void* maskData;  // first byte of the selection mask, one byte per pixel
+  int32_t maskRowBytes;
+  uint8_t backColor[4];
+  uint8_t foreColor[4];
+  uint32_t hostSig;  // four-character code of the host
+  void(VM_HOST_CALL* hostProcs)(int16_t selector, void* data);
+  int16_t imageMode;  // one of plugInMode...
+  Fixed imageHRes;
+  Fixed imageVRes;
+  Point floatCoord;
+  Point wholeSize;
+  Fixed monitor[10];   // gamma, red x y, green x y, blue x y, white x y, ambient
+  void* platformData;  // on Windows its first word is the owner window
+  void* bufferProcs;
+  void* resourceProcs;
+  void(VM_HOST_CALL* processEvent)(void* event);
+  OSErr(VM_HOST_CALL* displayPixels)(const PSPixelMap* source, const VRect* sourceRect, int32_t row,
+                                     int32_t column, void* platformContext);
+  HandleProcs* handleProcs;
+  uint8_t supportsDummyChannels;
+  uint8_t supportsAlternateLayouts;
+  int16_t wantLayout;
+  int16_t filterCase;  // one of filterCase...
+  int16_t dummyPlaneValue;
+  void* premiereHook;
+  // Delivers `inRect`, `outRect` and `maskRect` for the planes in the record, and takes back what
+  // was written through the former `outData`.
+  OSErr(VM_HOST_CALL* advanceState)();
+  uint8_t supportsAbsolute;
+  uint8_t wantsAbsolute;
+  OSErr(VM_HOST_CALL* getPropertyObsolete)(uint32_t signature, uint32_t key, int32_t index,
+                                           intptr_t* simple, Handle* complex);
+  uint8_t cannotUndo;
+  uint8_t supportsPadding;
+  int16_t inputPadding;
+  int16_t outputPadding;
+  int16_t maskPadding;
+  uint8_t samplingSupport;  // not 0 when the host can scale
+  uint8_t reservedByte;
+  Fixed inputRate;
+  Fixed maskRate;
+  OSErr(VM_HOST_CALL* colorServices)(ColorServicesInfo* info);
+  int16_t inLayerPlanes;
+  int16_t inTransparencyMask;
+  int16_t inLayerMasks;
+  int16_t inInvertedLayerMasks;
+  int16_t inNonLayerPlanes;
+  int16_t outLayerPlanes;
+  int16_t outTransparencyMask;
+  int16_t outLayerMasks;
+  int16_t outInvertedLayerMasks;
+  int16_t outNonLayerPlanes;
+  int16_t absLayerPlanes;
+  int16_t absTransparencyMask;
+  int16_t absLayerMasks;
+  int16_t absInvertedLayerMasks;
+  int16_t absNonLayerPlanes;
+  int16_t inPreDummyPlanes;
+  int16_t inPostDummyPlanes;
+  int16_t outPreDummyPlanes;
+  int16_t outPostDummyPlanes;
+  int32_t inColumnBytes;
+  int32_t inPlaneBytes;
+  int32_t outColumnBytes;
+  int32_t outPlaneBytes;
+  void* imageServicesProcs;
+  void* propertyProcs;
+  int16_t inTileHeight;
+  int16_t inTileWidth;
+  Point inTileOrigin;
+  int16_t absTileHeight;
+  int16_t absTileWidth;
+  Point absTileOrigin;
+  int16_t outTileHeight;
+  int16_t outTileWidth;
+  Point outTileOrigin;
+  int16_t maskTileHeight;
+  int16_t maskTileWidth;
+  Point maskTileOrigin;
+  PIDescriptorParameters* descriptorParameters;
+  PStringPtr errorString;  // room for 256
+  void* channelPortProcs;
+  void* documentInfo;
+  void* sSPBasic;
+  void* plugInRef;
+  int32_t depth;  // bits per channel
+  void* iccProfileData;
+  int32_t iccProfileSize;
+  int32_t canUseICCProfiles;
+  uint8_t reserved[54];
 };
 #pragma pack(pop)
 
 // Signature of the exported entry point. `data` is one word that the host keeps for the plug-in.
-using PlugInEntryPoint = void(VM_HOST_CALL*)(int16_t selector, FilterRecord* filterRecord, intptr_t* data,
-                                             int16_t* result);
+using PlugInEntryPoint = void(VM_HOST_CALL*)(int16_t selector, FilterRecord* filterRecord,
+                                             intptr_t* data, int16_t* result);
 
 // --- Proof of the layout -----------------------------------------------------------------------
 
@@ -351,13 +356,13 @@ namespace vm::layout {
 
 // The figure that holds for this build's pointer size.
 constexpr std::size_t ForPointerSize(std::size_t bits32, std::size_t bits64) {
-    return sizeof(void*) == 4 ? bits32 : bits64;
+  return sizeof(void*) == 4 ? bits32 : bits64;
 }
 
 }  // namespace vm::layout
 
 #define VM_OFFSET(field, bits32, bits64) \
-    static_assert(offsetof(FilterRecord, field) == vm::layout::ForPointerSize(bits32, bits64))
+  static_assert(offsetof(FilterRecord, field) == vm::layout::ForPointerSize(bits32, bits64))
 
 VM_OFFSET(serial, 0, 0);
 VM_OFFSET(abortProc, 4, 4);
@@ -476,7 +481,8 @@ VM_OFFSET(reserved, 396, 500);
 static_assert(sizeof(FilterRecord) == vm::layout::ForPointerSize(452, 556));
 static_assert(alignof(FilterRecord) == 4);
 static_assert(sizeof(HandleProcs) == vm::layout::ForPointerSize(4, 8) + 8 * sizeof(void*));
-static_assert(sizeof(WriteDescriptorProcs) == vm::layout::ForPointerSize(4, 8) + 16 * sizeof(void*));
+static_assert(sizeof(WriteDescriptorProcs) ==
+              vm::layout::ForPointerSize(4, 8) + 16 * sizeof(void*));
 static_assert(sizeof(ReadDescriptorProcs) == vm::layout::ForPointerSize(4, 8) + 18 * sizeof(void*));
 static_assert(offsetof(PIDescriptorParameters, descriptor) == 8);
 static_assert(sizeof(PIDescriptorParameters) == 8 + 3 * sizeof(void*));

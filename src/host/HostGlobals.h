@@ -1,5 +1,5 @@
-// What outlives a selector call. The host object itself keeps nothing between selectors; these do as long as
-// the library stays loaded. One thread, the host's, uses them.
+// What outlives a selector call. The host object itself keeps nothing between selectors; these do
+// as long as the library stays loaded. One thread, the host's, uses them.
 #pragma once
 
 #include "foundation/ZvSmartPtr.h"
@@ -12,7 +12,8 @@ class ZVHost;
 // This library's module; set when the library is attached, null before and behind.
 extern void* gModule;
 
-// The record of the latest selector. Not owned. For the About selector it is a record of another type.
+// The record of the latest selector. Not owned. For the About selector it is a record of another
+// type.
 extern FilterRecord* gFilterRecord;
 
 // The single live host object, null between selectors.

@@ -19,8 +19,8 @@ inline constexpr uint32_t kWaitTimerMilliseconds = 90;
 
 }  // namespace vm
 
-// The dialog's procedure, exported as `_DissolveProc@16`. On every message, whichever it is, it first looks
-// for the application's done file; once that can be opened it is deleted and the dialog ends with
-// `kReplyArrived`. Cancel ends it with `kWaitCancelled` and touches nothing.
-extern "C" intptr_t OS_DIALOG_CALL DissolveProc(os::WindowHandle hDlg, uint32_t uMsg, uintptr_t wParam,
-                                                intptr_t lParam);
+// The dialog's procedure, exported as `_DissolveProc@16`. On every message, whichever it is, it
+// first looks for the application's done file; once that can be opened it is deleted and the dialog
+// ends with `kReplyArrived`. Cancel ends it with `kWaitCancelled` and touches nothing.
+extern "C" intptr_t OS_DIALOG_CALL DissolveProc(os::WindowHandle hDlg, uint32_t uMsg,
+                                                uintptr_t wParam, intptr_t lParam);

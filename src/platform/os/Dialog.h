@@ -27,14 +27,14 @@ inline constexpr uint16_t kDialogCancelButton = 2;
 inline constexpr uint16_t kDialogControlClicked = 0;
 
 // Gives 1 for a message that it handled, else 0. An exception must not leave it.
-using DialogProcedure = intptr_t(OS_DIALOG_CALL*)(WindowHandle dialog, uint32_t message, uintptr_t first,
-                                                  intptr_t second);
+using DialogProcedure = intptr_t(OS_DIALOG_CALL*)(WindowHandle dialog, uint32_t message,
+                                                  uintptr_t first, intptr_t second);
 
-// Runs the dialog that `templateName` names in the module's resources, over the window `owner` (which
-// may be null), and gives what EndDialog was given; -1 when the dialog can't be made. `parameter`
-// comes with kDialogMessageInit as the second parameter.
-intptr_t RunModalDialog(void* module, const char* templateName, WindowHandle owner, DialogProcedure procedure,
-                        intptr_t parameter);
+// Runs the dialog that `templateName` names in the module's resources, over the window `owner`
+// (which may be null), and gives what EndDialog was given; -1 when the dialog can't be made.
+// `parameter` comes with kDialogMessageInit as the second parameter.
+intptr_t RunModalDialog(void* module, const char* templateName, WindowHandle owner,
+                        DialogProcedure procedure, intptr_t parameter);
 
 // Ends the loop once the running call of the procedure returns.
 void EndDialog(WindowHandle dialog, intptr_t result);
