@@ -9,16 +9,16 @@ namespace vm {
 
 // A shift of colours in hue, saturation and lightness.
 struct ColourShift {
-    int32_t hue;        // degrees, added
-    float saturation;   // a factor
-    int32_t lightness;  // percent, added
+  int32_t hue;        // degrees, added
+  float saturation;   // a factor
+  int32_t lightness;  // percent, added
 
-    // Hue and lightness are truncated.
-    static ColourShift Of(float hue, float saturation, float lightness);
+  // Hue and lightness are truncated.
+  static ColourShift Of(float hue, float saturation, float lightness);
 };
 
-// Each pixel goes through ZvHSLPixel. The hue is taken around the circle, saturation and lightness are
-// limited to 0 .. 100. Alpha is kept.
+// Each pixel goes through ZvHSLPixel. The hue is taken around the circle, saturation and lightness
+// are limited to 0 .. 100. Alpha is kept.
 void ShiftColours(PxRgbaBytes* pixels, size_t count, const ColourShift& shift);
 
 // Alpha times opacity, truncated and cut to the field's width.
