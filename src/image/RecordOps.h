@@ -35,6 +35,8 @@ struct RecordOps {
     // two images of this type may copy bytes.
     bool keptByRgba;
     bool keptByRgba64;
+    // False for the one type into which colour can't be written: fromRgba64 stores nothing there.
+    bool takesRgba64;
 
     // Views.
     void (*toRgba)(const void* records, PxRgbaBytes* out, size_t count);

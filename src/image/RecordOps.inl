@@ -99,6 +99,7 @@ struct RecordLoops {
         ops.packed = P::kInfo.bitsPerPixel == 1;
         ops.keptByRgba = kKeptByRgba;
         ops.keptByRgba64 = kKeptByRgba64;
+        ops.takesRgba64 = !kIsCmykBytes;
         ops.toRgba = ToRgba;
         ops.fromRgba = FromRgba;
         ops.toRgb = ToRgb;

@@ -115,7 +115,7 @@ void MixThroughView(RunImage& to, const ZvImage& from, const Transfer& transfer,
         } else {
             std::memcpy(narrowed, kZeroRecords, count * record.size);
         }
-        if (!sameRecord || !record.keptByRgba64) {
+        if (record.takesRgba64 && !(sameRecord && record.keptByRgba64)) {
             views.Rgba64(piece.fromX, piece.fromY, piece.count, words);
             record.fromRgba64(words, narrowed, count);
         }

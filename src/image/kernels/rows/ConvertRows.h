@@ -15,6 +15,8 @@ void GetRgbaRow(std::span<const PxGrayABytes> in, PxRgbaBytes* out);
 void GetRgbaRow(std::span<const PxRgbBytes> in, PxRgbaBytes* out);
 void GetRgbaRow(std::span<const PxRgbaBytes> in, PxRgbaBytes* out);
 void GetRgbaRow(std::span<const PxRgba64> in, PxRgbaBytes* out);
+void GetRgbaRow(std::span<const PxCmykBytes> in, PxRgbaBytes* out);
+void GetRgbaRow(std::span<const PxCmykaBytes> in, PxRgbaBytes* out);
 
 template <class P>
 void PutRgbaRow(const PxRgbaBytes* in, std::span<P> out) {
@@ -23,6 +25,7 @@ void PutRgbaRow(const PxRgbaBytes* in, std::span<P> out) {
 void PutRgbaRow(const PxRgbaBytes* in, std::span<PxRgbBytes> out);
 void PutRgbaRow(const PxRgbaBytes* in, std::span<PxRgbaBytes> out);
 void PutRgbaRow(const PxRgbaBytes* in, std::span<PxRgba64> out);
+void PutRgbaRow(const PxRgbaBytes* in, std::span<PxCmykaBytes> out);
 
 template <class P>
 void GetRgba64Row(std::span<const P> in, PxRgba64* out) {
@@ -31,6 +34,7 @@ void GetRgba64Row(std::span<const P> in, PxRgba64* out) {
 void GetRgba64Row(std::span<const PxRgbaBytes> in, PxRgba64* out);
 void GetRgba64Row(std::span<const PxRgb48> in, PxRgba64* out);
 void GetRgba64Row(std::span<const PxRgba64> in, PxRgba64* out);
+void GetRgba64Row(std::span<const PxCmyk64> in, PxRgba64* out);
 
 template <class P>
 void PutRgba64Row(const PxRgba64* in, std::span<P> out) {
@@ -39,5 +43,6 @@ void PutRgba64Row(const PxRgba64* in, std::span<P> out) {
 void PutRgba64Row(const PxRgba64* in, std::span<PxRgbaBytes> out);
 void PutRgba64Row(const PxRgba64* in, std::span<PxRgb48> out);
 void PutRgba64Row(const PxRgba64* in, std::span<PxRgba64> out);
+void PutRgba64Row(const PxRgba64* in, std::span<PxCmyk64> out);
 
 }  // namespace vm
