@@ -53,87 +53,87 @@ Exit codes: 0 answered, 1 wrong use or a file that can't be read or written, 2 n
 
 // Puts `name` into the folder, in the form that this system's files are opened by.
 std::string FileIn(const ZvString& folder, const std::string& name) {
-    std::string path(folder.view());
-    path += name;
+  std::string path(folder.view());
+  path += name;
 #if !defined(_WIN32)
-    for (char& character : path) {
-        if (character == '\\') {
-            character = '/';
-        }
+  for (char& character : path) {
+    if (character == '\\') {
+      character = '/';
     }
+  }
 #endif
-    return path;
+  return path;
 }
 
 int Run(const ZvString& folder) {
-    AppSettings settings;
-    std::ifstream file(FileIn(folder, "Vm.settings"), std::ios::binary);
-    if (file) {
-        settings = ParseSettingsFile(std::string(std::istreambuf_iterator<char>(file), {}));
-    }
-    std::ofstream logFile;
-    if (!settings.log.empty()) {
-        logFile.open(FileIn(folder, settings.log), std::ios::app);
-    }
-    const auto start = std::chrono::steady_clock::now();
-    const Outcome outcome = Serve(folder, settings, [&](const std::string& line) {
-        const auto passed =
-            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-        char text[40];
-        std::snprintf(text, sizeof(text), "[%6lld ms] Vm: ", static_cast<long long>(passed.count()));
-        std::printf("%s%s\n", text, line.c_str());
-        std::fflush(stdout);
-        logFile << text << line << '\n' << std::flush;
-    });
-    switch (outcome) {
+  AppSettings settings;
+  std::ifstream file(FileIn(folder, "Vm.settings"), std::ios::binary);
+  if (file) {
+    settings = ParseSettingsFile(std::string(std::istreambuf_iterator<char>(file), {}));
+  }
+  std::ofstream logFile;
+  if (!settings.log.empty()) {
+    logFile.open(FileIn(folder, settings.log), std::ios::app);
+  }
+  const auto start = std::chrono::steady_clock::now();
+  const Outcome outcome = Serve(folder, settings, [&](const std::string& line) {
+    const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now() - start);
+    char text[40];
+    std::snprintf(text, sizeof(text), "[%6lld ms] Vm: ", static_cast<long long>(passed.count()));
+    std::printf("%s%s\n", text, line.c_str());
+    std::fflush(stdout);
+    logFile << text << line << '\n' << std::flush;
+  });
+  switch (outcome) {
     case Outcome::kAnswered:
-        return 0;
+      return 0;
     case Outcome::kNoRequest:
-        return 2;
+      return 2;
     case Outcome::kUnreadable:
-        return 3;
+      return 3;
     case Outcome::kNewerRequest:
-        return 4;
-    }
-    return 1;
+      return 4;
+  }
+  return 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const std::string first = argc > 1 ? argv[1] : "";
-    if (first == "--help") {
-        std::fputs(kHelp, stdout);
-        return 0;
-    }
-    ZvString folder;
-    if (first == "--dir" && argc == 3) {
-        folder = argv[2];
+  const std::string first = argc > 1 ? argv[1] : "";
+  if (first == "--help") {
+    std::fputs(kHelp, stdout);
+    return 0;
+  }
+  ZvString folder;
+  if (first == "--dir" && argc == 3) {
+    folder = argv[2];
 #if !defined(_WIN32)
-        for (uint32_t i = 0; i < folder.length(); ++i) {
-            if (folder[i] == '/') {
-                folder.data()[i] = '\\';
-            }
-        }
+    for (uint32_t i = 0; i < folder.length(); ++i) {
+      if (folder[i] == '/') {
+        folder.data()[i] = '\\';
+      }
+    }
 #endif
-        if (!folder.empty() && folder[folder.length() - 1] != '\\') {
-            folder.append("\\");
-        }
-    } else if (argc == 1) {
-        GetModuleDirectory(folder, nullptr);
-    } else {
-        std::fprintf(stderr, "Vm: error: unknown arguments; --help tells what it does\n");
-        return 1;
+    if (!folder.empty() && folder[folder.length() - 1] != '\\') {
+      folder.append("\\");
     }
-    RegisterReadableImages();
-    try {
-        return Run(folder);
-    } catch (const SettingsError& error) {
-        std::fprintf(stderr, "Vm: error: Vm.settings, %s\n", error.what());
-    } catch (const CP_BaseException&) {
-        std::fprintf(stderr, "Vm: error: cannot read or write the exchange files\n");
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "Vm: error: %s\n", error.what());
-    }
+  } else if (argc == 1) {
+    GetModuleDirectory(folder, nullptr);
+  } else {
+    std::fprintf(stderr, "Vm: error: unknown arguments; --help tells what it does\n");
     return 1;
+  }
+  RegisterReadableImages();
+  try {
+    return Run(folder);
+  } catch (const SettingsError& error) {
+    std::fprintf(stderr, "Vm: error: Vm.settings, %s\n", error.what());
+  } catch (const CP_BaseException&) {
+    std::fprintf(stderr, "Vm: error: cannot read or write the exchange files\n");
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "Vm: error: %s\n", error.what());
+  }
+  return 1;
 }

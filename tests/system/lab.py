@@ -205,19 +205,25 @@ class Lab:
 
     def start(self, *options, input="in.planes", output="out.planes"):
         windows = lambda name: "Z:" + self.path(name)
-        process = subprocess.Popen(
-            ["wine", os.path.join(self.options.bin, "filter_host.exe"), "--trace", "--cd", windows("elsewhere"), *options,
-             "Z:" + self.beside("VM_PlugIn.8bf"), windows(input), windows(output)],
-            env=self.session.env, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        # Into files: processes of the session that outlive the program would keep a pipe open.
+        with open(self.path("host.out"), "wb") as out, open(self.path("host.err"), "wb") as err:
+            process = subprocess.Popen(
+                ["wine", os.path.join(self.options.bin, "filter_host.exe"), "--trace", "--cd", windows("elsewhere"),
+                 *options, "Z:" + self.beside("VM_PlugIn.8bf"), windows(input), windows(output)],
+                env=self.session.env, stdin=subprocess.DEVNULL, stdout=out, stderr=err)
         self.processes.append(process)
         return process
 
     def finish(self, process, patience=PATIENCE):
         try:
-            out, err = process.communicate(timeout=patience)
+            process.wait(patience)
         except subprocess.TimeoutExpired:
-            raise Failure(f"the host did not end in {patience:.0f} s") from None
-        return Result(process.returncode, out, err)
+            raise Failure(f"the host did not end in {patience:.0f} s; it said {self.said('host.out')[-300:]!r}") from None
+        return Result(process.returncode, self.said("host.out"), self.said("host.err"))
+
+    def said(self, name):
+        with open(self.path(name), encoding="latin-1") as file:
+            return file.read()
 
     def run(self, *options, **names):
         return self.finish(self.start(*options, **names))
@@ -241,7 +247,7 @@ class Lab:
         for process in self.processes:
             if process.poll() is None:
                 process.kill()
-            process.communicate()
+            process.wait()
         # A stand-in that still waits for something must not go on into the next test.
         for name in ("go",):
             self.write(name, b"")

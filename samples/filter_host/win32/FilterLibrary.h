@@ -15,18 +15,18 @@ namespace filter_host {
 std::vector<uint8_t> ReadPiplResource(const std::string& path);
 
 class FilterLibrary {
-public:
-    // Loads the library and finds the entry point. Throws Error.
-    FilterLibrary(const std::string& path, const std::string& entryPoint);
-    ~FilterLibrary();
-    FilterLibrary(const FilterLibrary&) = delete;
-    FilterLibrary& operator=(const FilterLibrary&) = delete;
+ public:
+  // Loads the library and finds the entry point. Throws Error.
+  FilterLibrary(const std::string& path, const std::string& entryPoint);
+  ~FilterLibrary();
+  FilterLibrary(const FilterLibrary&) = delete;
+  FilterLibrary& operator=(const FilterLibrary&) = delete;
 
-    PlugInEntryPoint Entry() const { return mEntry; }
+  PlugInEntryPoint Entry() const { return mEntry; }
 
-private:
-    void* mModule;
-    PlugInEntryPoint mEntry;
+ private:
+  void* mModule;
+  PlugInEntryPoint mEntry;
 };
 
 // Calls, and says what structured exception left the call, with code and address; empty for none.
