@@ -11,18 +11,18 @@ bool gEnabled = false;
 }  // namespace
 
 void EnableTrace() {
-    gEnabled = true;
+  gEnabled = true;
 }
 
 void Trace(const char* format, ...) {
-    if (!gEnabled)
-        return;
-    va_list arguments;
-    va_start(arguments, format);
-    std::vprintf(format, arguments);
-    va_end(arguments);
-    std::putchar('\n');
-    std::fflush(stdout);
+  if (!gEnabled)
+    return;
+  va_list arguments;
+  va_start(arguments, format);
+  std::vprintf(format, arguments);
+  va_end(arguments);
+  std::putchar('\n');
+  std::fflush(stdout);
 }
 
 }  // namespace demo

@@ -20,32 +20,32 @@ constexpr char kHelp[] =
 }  // namespace
 
 int main(int argc, char** argv) {
-    bool withMenus = true;
-    bool reportsAtEnd = false;
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view argument = argv[i];
-        if (argument == "--trace") {
-            demo::EnableTrace();
-        } else if (argument == "--no-menus") {
-            withMenus = false;
-        } else if (argument == "--report-at-end") {
-            reportsAtEnd = true;
-        } else if (argument == "--help") {
-            std::fputs(kHelp, stdout);
-            return 0;
-        } else {
-            std::fprintf(stderr, "framework_demo: error: unknown argument '%s'\n%s", argv[i], kHelp);
-            return 2;
-        }
+  bool withMenus = true;
+  bool reportsAtEnd = false;
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view argument = argv[i];
+    if (argument == "--trace") {
+      demo::EnableTrace();
+    } else if (argument == "--no-menus") {
+      withMenus = false;
+    } else if (argument == "--report-at-end") {
+      reportsAtEnd = true;
+    } else if (argument == "--help") {
+      std::fputs(kHelp, stdout);
+      return 0;
+    } else {
+      std::fprintf(stderr, "framework_demo: error: unknown argument '%s'\n%s", argv[i], kHelp);
+      return 2;
     }
-    {
-        DemoApplication application;
-        gLoadsMenuBars = withMenus;
-        application.Run();
-        demo::Trace("application: left the loop");
-    }
-    if (reportsAtEnd)
-        CP_RuntimeException("Late", "DemoApplication", 3).Report();
-    demo::Trace("application: gone");
-    return 0;
+  }
+  {
+    DemoApplication application;
+    gLoadsMenuBars = withMenus;
+    application.Run();
+    demo::Trace("application: left the loop");
+  }
+  if (reportsAtEnd)
+    CP_RuntimeException("Late", "DemoApplication", 3).Report();
+  demo::Trace("application: gone");
+  return 0;
 }

@@ -12,8 +12,8 @@ void CP_DebugAssert(const char* file, int16_t line, const char* condition);
 
 // Reports unless `ok`; yields `ok`.
 inline bool CP_Check(bool ok, const char* file, int16_t line, const char* condition) {
-    if (!ok) [[unlikely]] {
-        CP_DebugAssert(file, line, condition);
-    }
-    return ok;
+  if (!ok) [[unlikely]] {
+    CP_DebugAssert(file, line, condition);
+  }
+  return ok;
 }

@@ -10,21 +10,21 @@ namespace {
 constexpr size_t kMaxTextLength = 254;
 
 void ReportException(const char* text, const char* file, int32_t line) {
-    const ZvString number = vm::DecimalText(line);
-    const ZvString debuggerLine = vm::Joined({file, "(", number.c_str(), ") : ", text});
-    vm::CurrentReportHooks().debuggerLine(debuggerLine.c_str());
-    vm::ShowReportBox(
-        vm::Joined({"Exception thrown", "\rFile: ", file, "\rLine:", number.c_str(), "\rException: ", text}),
-        "CP_Exception");
-    vm::CurrentReportHooks().updateMenus();
+  const ZvString number = vm::DecimalText(line);
+  const ZvString debuggerLine = vm::Joined({file, "(", number.c_str(), ") : ", text});
+  vm::CurrentReportHooks().debuggerLine(debuggerLine.c_str());
+  vm::ShowReportBox(vm::Joined({"Exception thrown", "\rFile: ", file, "\rLine:", number.c_str(),
+                                "\rException: ", text}),
+                    "CP_Exception");
+  vm::CurrentReportHooks().updateMenus();
 }
 
 }  // namespace
 
 CP_BaseException::CP_BaseException(const char* text, const char* file, int32_t line)
     : fText{}, fFile(file), fLine(line), fPlatformError(0) {
-    if (text != nullptr)
-        std::memcpy(fText, text, strnlen(text, kMaxTextLength));
+  if (text != nullptr)
+    std::memcpy(fText, text, strnlen(text, kMaxTextLength));
 }
 
 CP_BaseException::CP_BaseException(int32_t error, const char* file, int32_t line)
@@ -33,15 +33,15 @@ CP_BaseException::CP_BaseException(int32_t error, const char* file, int32_t line
 CP_BaseException::~CP_BaseException() = default;
 
 const char* CP_BaseException::GetText() const {
-    return fText;
+  return fText;
 }
 
 int32_t CP_BaseException::GetPlatformError() const {
-    return fPlatformError;
+  return fPlatformError;
 }
 
 void CP_BaseException::Report() const {
-    ReportException(fText, fFile, fLine);
+  ReportException(fText, fFile, fLine);
 }
 
 CP_RuntimeException::~CP_RuntimeException() = default;
@@ -54,15 +54,15 @@ CP_PlfrmErrorException::~CP_PlfrmErrorException() = default;
 // both the debugger line and the box, and the text behind "Exception: " is empty. Handlers that
 // need the code ask `GetPlatformError`.
 void CP_PlfrmErrorException::Report() const {
-    CP_RuntimeException::Report();
+  CP_RuntimeException::Report();
 }
 
 void CP_ThrowIfNull(const void* pointer, const char* file, int32_t line) {
-    if (pointer == nullptr)
-        throw CP_MemoryException("NULL Pointer", file, line);
+  if (pointer == nullptr)
+    throw CP_MemoryException("NULL Pointer", file, line);
 }
 
 void CP_ThrowIfError(int32_t error, const char* file, int32_t line) {
-    if (error != 0)
-        throw CP_PlfrmErrorException(error, file, line);
+  if (error != 0)
+    throw CP_PlfrmErrorException(error, file, line);
 }

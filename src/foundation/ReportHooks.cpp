@@ -6,15 +6,15 @@ namespace vm {
 namespace {
 
 int32_t PrintBox(const char* text, const char* title, uint32_t) {
-    std::fprintf(stderr, "[%s] ", title);
-    for (const char* c = text; *c != '\0'; ++c)
-        std::fputc(*c == '\r' ? '\n' : *c, stderr);
-    std::fputc('\n', stderr);
-    return kReportAnswerOk;
+  std::fprintf(stderr, "[%s] ", title);
+  for (const char* c = text; *c != '\0'; ++c)
+    std::fputc(*c == '\r' ? '\n' : *c, stderr);
+  std::fputc('\n', stderr);
+  return kReportAnswerOk;
 }
 
 void PrintLine(const char* line) {
-    std::fprintf(stderr, "%s\n", line);
+  std::fprintf(stderr, "%s\n", line);
 }
 
 void DoNothing() {}
@@ -24,7 +24,7 @@ constinit ReportHooks gReportHooks{PrintBox, PrintLine, DoNothing, DoNothing};
 }  // namespace
 
 ReportHooks& CurrentReportHooks() {
-    return gReportHooks;
+  return gReportHooks;
 }
 
 }  // namespace vm

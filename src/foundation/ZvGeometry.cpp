@@ -8,18 +8,18 @@ namespace {
 constexpr double kSeparation = 0.01F;
 
 ZvDPoint2d Scaled(double x, double y) {
-    const double length = std::sqrt(x * x + y * y);
-    return {x / length, y / length};
+  const double length = std::sqrt(x * x + y * y);
+  return {x / length, y / length};
 }
 
 double Separated(double start, double end) {
-    return start == end ? end + kSeparation : end;
+  return start == end ? end + kSeparation : end;
 }
 
 double DistanceBetween(const ZvDPoint2d& a, const ZvDPoint2d& b) {
-    const double dx = a.x - b.x;
-    const double dy = a.y - b.y;
-    return std::sqrt(dx * dx + dy * dy);
+  const double dx = a.x - b.x;
+  const double dy = a.y - b.y;
+  return std::sqrt(dx * dx + dy * dy);
 }
 
 }  // namespace
@@ -35,20 +35,20 @@ ZvDSegment::ZvDSegment(const ZvDPoint2d& start, const ZvDPoint2d& end)
       mInverseLength(1.0 / mLength) {}
 
 ZvDPoint2d ZvDSegment::Normal() const {
-    return Scaled(-(mEnd.y - mStart.y), mEnd.x - mStart.x);
+  return Scaled(-(mEnd.y - mStart.y), mEnd.x - mStart.x);
 }
 
 ZvDPoint2d ZvDSegment::Direction() const {
-    return Scaled(mEnd.x - mStart.x, mEnd.y - mStart.y);
+  return Scaled(mEnd.x - mStart.x, mEnd.y - mStart.y);
 }
 
 double ZvDSegment::Distance(const ZvDPoint2d& point) const {
-    const double vx = point.x - mStart.x;
-    const double vy = point.y - mStart.y;
-    const double along = vx * mUnitX + vy * mUnitY;
-    if (along < 0)
-        return DistanceBetween(point, mStart);
-    if (along > mLength)
-        return DistanceBetween(point, mEnd);
-    return std::fabs(vy * mUnitX - vx * mUnitY);
+  const double vx = point.x - mStart.x;
+  const double vy = point.y - mStart.y;
+  const double along = vx * mUnitX + vy * mUnitY;
+  if (along < 0)
+    return DistanceBetween(point, mStart);
+  if (along > mLength)
+    return DistanceBetween(point, mEnd);
+  return std::fabs(vy * mUnitX - vx * mUnitY);
 }

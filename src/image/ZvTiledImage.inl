@@ -11,9 +11,9 @@ ZvTiledImage<P>::ZvTiledImage(int32_t width, int32_t height)
 
 template <class P>
 ZvImage* ZvTiledImage<P>::NewLike(bool copyPixels, int32_t width, int32_t height) const {
-    auto* const image =
-        new ZvTiledImage(width != 0 ? width : this->mWidth, height != 0 ? height : this->mHeight);
-    if (copyPixels)
-        image->CopyImage(this);
-    return image;
+  auto* const image =
+      new ZvTiledImage(width != 0 ? width : this->mWidth, height != 0 ? height : this->mHeight);
+  if (copyPixels)
+    image->CopyImage(this);
+  return image;
 }

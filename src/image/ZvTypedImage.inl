@@ -10,9 +10,9 @@ ZvTypedImage<P>::ZvTypedImage(int32_t width, int32_t height, int32_t rowBytes, v
 
 template <class P>
 ZvImage* ZvTypedImage<P>::NewLike(bool copyPixels, int32_t width, int32_t height) const {
-    auto* const image =
-        new ZvTypedImage(width != 0 ? width : this->mWidth, height != 0 ? height : this->mHeight);
-    if (copyPixels)
-        image->CopyImage(this);
-    return image;
+  auto* const image =
+      new ZvTypedImage(width != 0 ? width : this->mWidth, height != 0 ? height : this->mHeight);
+  if (copyPixels)
+    image->CopyImage(this);
+  return image;
 }

@@ -11,12 +11,12 @@ const vm::ClassRegistration<ZvStreamingPolygon> kRegistration;
 ZvStreamingPolygon::ZvStreamingPolygon() : mPoints(this, "Points") {}
 
 void ZvStreamingPolygon::ClassName(ZvString& outName) const {
-    outName = kClassName;
+  outName = kClassName;
 }
 
 ZvStreamingPolygon* ZvStreamingPolygon::Clone() const {
-    auto* const clone = new ZvStreamingPolygon;
-    clone->mPoints = mPoints;
-    clone->mSegments = mSegments;
-    return clone;
+  auto* const clone = new ZvStreamingPolygon;
+  clone->mPoints = mPoints;
+  clone->mSegments = mSegments;
+  return clone;
 }

@@ -18,9 +18,9 @@ constexpr uint32_t kStartColor = 0;
 }  // namespace
 
 bool ChooseColorDialog(const char*, const CP_RGBColor&, CP_RGBColor& outResult) {
-    uint32_t chosen = 0;
-    if (!os::RunColorDialog(gDialogOwner, kStartColor, gCustomColors, chosen))
-        return false;
-    outResult.SetFromPlatform(chosen);
-    return true;
+  uint32_t chosen = 0;
+  if (!os::RunColorDialog(gDialogOwner, kStartColor, gCustomColors, chosen))
+    return false;
+  outResult.SetFromPlatform(chosen);
+  return true;
 }

@@ -18,8 +18,8 @@ inline constexpr uint32_t kCP_EventCommandObject = FourCC("EVpc");
 
 // A command number travels in the place of the data pointer.
 inline void* CP_EventDataOfCommand(int32_t inCommandNumber) {
-    return reinterpret_cast<void*>(static_cast<intptr_t>(inCommandNumber));
+  return reinterpret_cast<void*>(static_cast<intptr_t>(inCommandNumber));
 }
 inline int32_t CP_CommandOfEventData(const void* inEventData) {
-    return static_cast<int32_t>(reinterpret_cast<intptr_t>(inEventData));
+  return static_cast<int32_t>(reinterpret_cast<intptr_t>(inEventData));
 }

@@ -29,8 +29,8 @@ extern CP_Clipboard* gClipboard;
 // The platform menu of the menu bar.
 extern os::MenuHandle gMenuBarHandle;
 
-// Set by a program that wants them: whether menu bars are loaded from resources, who gets idle time,
-// the desktop's windows, and the window that owns the framework's dialogs.
+// Set by a program that wants them: whether menu bars are loaded from resources, who gets idle
+// time, the desktop's windows, and the window that owns the framework's dialogs.
 extern bool gLoadsMenuBars;
 extern std::list<CP_M_Idler*>* gIdlers;
 extern CP_WindowList* gDesktop;

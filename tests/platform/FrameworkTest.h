@@ -18,36 +18,36 @@ namespace vm {
 
 // Restores the framework's globals, so that a failing test doesn't bring down the next one.
 class FrameworkTest : public testing::Test {
-protected:
-    void TearDown() override {
-        gApplication = nullptr;
-        gEventDispatcher = nullptr;
-        gTarget = nullptr;
-        gMenuBar = nullptr;
-        gClipboard = nullptr;
-        gMenuBarHandle = nullptr;
-        gLoadsMenuBars = false;
-        gIdlers = nullptr;
-        gDesktop = nullptr;
-        gDialogOwner = nullptr;
-    }
+ protected:
+  void TearDown() override {
+    gApplication = nullptr;
+    gEventDispatcher = nullptr;
+    gTarget = nullptr;
+    gMenuBar = nullptr;
+    gClipboard = nullptr;
+    gMenuBarHandle = nullptr;
+    gLoadsMenuBars = false;
+    gIdlers = nullptr;
+    gDesktop = nullptr;
+    gDialogOwner = nullptr;
+  }
 };
 
 // A window that nobody sees; its procedure gets the messages above kTestMessage.
 inline constexpr uint32_t kTestMessage = 0x0400;
 
 class TestWindow {
-public:
-    explicit TestWindow(std::function<void(const os::Message&)> procedure);
-    TestWindow(const TestWindow&) = delete;
-    TestWindow& operator=(const TestWindow&) = delete;
-    ~TestWindow();
+ public:
+  explicit TestWindow(std::function<void(const os::Message&)> procedure);
+  TestWindow(const TestWindow&) = delete;
+  TestWindow& operator=(const TestWindow&) = delete;
+  ~TestWindow();
 
-    os::WindowHandle Handle() const { return mHandle; }
-    void Post(uint32_t message, uint32_t firstParameter = 0, uint32_t secondParameter = 0) const;
+  os::WindowHandle Handle() const { return mHandle; }
+  void Post(uint32_t message, uint32_t firstParameter = 0, uint32_t secondParameter = 0) const;
 
-private:
-    os::WindowHandle mHandle;
+ private:
+  os::WindowHandle mHandle;
 };
 
 void PostQuit(uint32_t exitCode);
@@ -61,7 +61,8 @@ void DefineTestMenus();
 // Puts bytes onto the clipboard as another program would.
 void PutForeignData(uint32_t format, const std::vector<uint8_t>& bytes);
 
-// Takes a menu bar down and with it, against the framework's habit of leaving them behind, its menus.
+// Takes a menu bar down and with it, against the framework's habit of leaving them behind, its
+// menus.
 void DestroyMenuBar();
 
 // Its class has no virtual destructor, and so isn't deleted as such.
@@ -69,18 +70,18 @@ void DestroyClipboard();
 
 // A menu bar from resource `number`.
 class LoadedMenuBar {
-public:
-    explicit LoadedMenuBar(int16_t number) {
-        DefineTestMenus();
-        gLoadsMenuBars = true;
-        new CP_MenuBar;
-        gMenuBar->LoadFromResource(number);
-    }
-    LoadedMenuBar(const LoadedMenuBar&) = delete;
-    LoadedMenuBar& operator=(const LoadedMenuBar&) = delete;
-    ~LoadedMenuBar() { DestroyMenuBar(); }
+ public:
+  explicit LoadedMenuBar(int16_t number) {
+    DefineTestMenus();
+    gLoadsMenuBars = true;
+    new CP_MenuBar;
+    gMenuBar->LoadFromResource(number);
+  }
+  LoadedMenuBar(const LoadedMenuBar&) = delete;
+  LoadedMenuBar& operator=(const LoadedMenuBar&) = delete;
+  ~LoadedMenuBar() { DestroyMenuBar(); }
 
-    CP_MenuBar* operator->() const { return gMenuBar; }
+  CP_MenuBar* operator->() const { return gMenuBar; }
 };
 
 // The text of an entry at a position that counts from 0.

@@ -3,7 +3,7 @@
 #include "support/UnexpectedReports.h"
 
 int main(int argc, char** argv) {
-    testing::InitGoogleMock(&argc, argv);
-    vm::FailOnUnexpectedReports();
-    return RUN_ALL_TESTS();
+  testing::InitGoogleMock(&argc, argv);
+  vm::FailOnUnexpectedReports();
+  return RUN_ALL_TESTS();
 }

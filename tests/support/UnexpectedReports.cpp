@@ -8,16 +8,16 @@ namespace {
 ReportHooks gHooksAtStart;
 
 int32_t FailForBox(const char* text, const char* title, uint32_t) {
-    ADD_FAILURE() << "Unexpected box \"" << title << "\": " << text;
-    return kReportAnswerOk;
+  ADD_FAILURE() << "Unexpected box \"" << title << "\": " << text;
+  return kReportAnswerOk;
 }
 
 void FailForLine(const char* line) {
-    ADD_FAILURE() << "Unexpected report: " << line;
+  ADD_FAILURE() << "Unexpected report: " << line;
 }
 
 void FailForBreak() {
-    ADD_FAILURE() << "Unexpected break into the debugger";
+  ADD_FAILURE() << "Unexpected break into the debugger";
 }
 
 void DoNothing() {}
@@ -25,12 +25,12 @@ void DoNothing() {}
 }  // namespace
 
 const ReportHooks& HooksAtStart() {
-    return gHooksAtStart;
+  return gHooksAtStart;
 }
 
 void FailOnUnexpectedReports() {
-    gHooksAtStart = CurrentReportHooks();
-    CurrentReportHooks() = {FailForBox, FailForLine, FailForBreak, DoNothing};
+  gHooksAtStart = CurrentReportHooks();
+  CurrentReportHooks() = {FailForBox, FailForLine, FailForBreak, DoNothing};
 }
 
 }  // namespace vm

@@ -11,10 +11,10 @@ namespace vm {
 // the C++ ABI that all our targets share on x86.
 template <class Operation>
 size_t VirtualSlot(Operation operation) {
-    uintptr_t words[2];
-    static_assert(sizeof(operation) == sizeof(words));
-    std::memcpy(words, &operation, sizeof(words));
-    return (words[0] - 1) / sizeof(void*);
+  uintptr_t words[2];
+  static_assert(sizeof(operation) == sizeof(words));
+  std::memcpy(words, &operation, sizeof(words));
+  return (words[0] - 1) / sizeof(void*);
 }
 
 }  // namespace vm

@@ -15,8 +15,8 @@ inline constexpr float kFullOpacity = 0.99F;
 void ScaleMask(uint8_t* mask, size_t count, float opacity);
 
 // (src * w + dst * (255 - w)) >> 8 in each channel.
-// REQUIRED: divides by 256 what is weighted by 255, so a weight of 0 darkens all but black by one. With
-// `storeSolid` a weight of 255 stores the source instead.
+// REQUIRED: divides by 256 what is weighted by 255, so a weight of 0 darkens all but black by one.
+// With `storeSolid` a weight of 255 stores the source instead.
 void BlendByMask(PxRgbBytes* dst, const PxRgbBytes* src, const uint8_t* weights, size_t count,
                  bool storeSolid);
 

@@ -4,7 +4,7 @@
 namespace vm {
 
 void ReportCmykMisuse(int16_t line) {
-    CP_DebugAssert("ZvCmykPixels", line, "0");
+  CP_DebugAssert("ZvCmykPixels", line, "0");
 }
 
 }  // namespace vm

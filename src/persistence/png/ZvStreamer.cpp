@@ -4,6 +4,6 @@ ZvSmartPtr<ZvStreamingInfo> gDefaultStreamingInfo;
 
 // Made on first use: registrars of other source files may come before this one's statics.
 ZvStreamerList& GetStreamerList() {
-    static ZvStreamerList list;
-    return list;
+  static ZvStreamerList list;
+  return list;
 }

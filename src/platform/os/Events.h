@@ -8,15 +8,15 @@
 namespace os {
 
 struct Message {
-    WindowHandle window = nullptr;
-    uint32_t message = 0;
-    uint32_t firstParameter = 0;
-    uint32_t secondParameter = 0;
-    uint32_t time = 0;  // milliseconds
-    int32_t x = 0;      // cursor, screen coordinates
-    int32_t y = 0;
+  WindowHandle window = nullptr;
+  uint32_t message = 0;
+  uint32_t firstParameter = 0;
+  uint32_t secondParameter = 0;
+  uint32_t time = 0;  // milliseconds
+  int32_t x = 0;      // cursor, screen coordinates
+  int32_t y = 0;
 
-    friend bool operator==(const Message&, const Message&) = default;
+  friend bool operator==(const Message&, const Message&) = default;
 };
 
 // Takes the next message of any window and number out of the queue. False when there is none;

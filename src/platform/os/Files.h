@@ -21,9 +21,9 @@ inline constexpr uint32_t kShareRead = 1;
 inline constexpr uint32_t kShareWrite = 2;
 
 enum class Creation : uint32_t {
-    kNewOnly = 1,       // fails when there is such a file
-    kAlways = 2,        // empties a file that is there
-    kExistingOnly = 3,  // fails when there is none
+  kNewOnly = 1,       // fails when there is such a file
+  kAlways = 2,        // empties a file that is there
+  kExistingOnly = 3,  // fails when there is none
 };
 
 // The values of a `from` below.

@@ -8,8 +8,8 @@
 namespace os {
 
 enum class MemoryUse : uint8_t {
-    kPrivate,
-    kClipboard,  // can be handed to other programs
+  kPrivate,
+  kClipboard,  // can be handed to other programs
 };
 
 // A zero-filled block. Null when the platform has no such block to give.

@@ -15,8 +15,8 @@ AcceleratorHandle LoadAcceleratorResource(int16_t number);
 // -1 for no menu.
 int32_t CountMenuEntries(MenuHandle menu);
 
-// Copies up to `size` - 1 characters of the entry's text and a NUL. Yields the number of characters,
-// 0 with an empty text for an entry that doesn't exist.
+// Copies up to `size` - 1 characters of the entry's text and a NUL. Yields the number of
+// characters, 0 with an empty text for an entry that doesn't exist.
 int32_t GetMenuEntryText(MenuHandle menu, int32_t position, char* buffer, int32_t size);
 
 // The entry's command number: 0 for a separator, -1 for a submenu or an entry that doesn't exist.

@@ -9,12 +9,12 @@ namespace os {
 
 // Right and bottom are exclusive.
 struct RegionBox {
-    int32_t left = 0;
-    int32_t top = 0;
-    int32_t right = 0;
-    int32_t bottom = 0;
+  int32_t left = 0;
+  int32_t top = 0;
+  int32_t right = 0;
+  int32_t bottom = 0;
 
-    friend bool operator==(const RegionBox&, const RegionBox&) = default;
+  friend bool operator==(const RegionBox&, const RegionBox&) = default;
 };
 
 RegionHandle CreateRectRegion(const RegionBox& box);

@@ -6,7 +6,8 @@
 
 namespace os {
 
-// The module whose resources are looked at from now on; null, as at the start, is the program's own.
+// The module whose resources are looked at from now on; null, as at the start, is the program's
+// own.
 void SetResourceModule(void* module);
 
 // The bytes of a resource, which live as long as the module. Empty when there is no such resource.

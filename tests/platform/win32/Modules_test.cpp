@@ -8,11 +8,11 @@
 namespace {
 
 TEST(ModuleFileName, OfALibraryIsTheLibrarysFile) {
-    char name[MAX_PATH];
-    ASSERT_NE(os::ModuleFileName(GetModuleHandleA("kernel32.dll"), name, sizeof name), 0U);
-    const char* const lastPart = std::strrchr(name, '\\');
-    ASSERT_NE(lastPart, nullptr);
-    EXPECT_STRCASEEQ(lastPart, "\\kernel32.dll");
+  char name[MAX_PATH];
+  ASSERT_NE(os::ModuleFileName(GetModuleHandleA("kernel32.dll"), name, sizeof name), 0U);
+  const char* const lastPart = std::strrchr(name, '\\');
+  ASSERT_NE(lastPart, nullptr);
+  EXPECT_STRCASEEQ(lastPart, "\\kernel32.dll");
 }
 
 }  // namespace

@@ -9,22 +9,22 @@ namespace os {
 namespace {
 
 struct Contents {
-    bool open = false;
-    std::map<uint32_t, MemoryHandle> blocks;
+  bool open = false;
+  std::map<uint32_t, MemoryHandle> blocks;
 };
 
 Contents& TheContents() {
-    static Contents contents;
-    return contents;
+  static Contents contents;
+  return contents;
 }
 
 void Record(const char* call) {
-    posix::ClipboardScript* const script = posix::ClipboardScript::Current();
-    if (script == nullptr)
-        return;
-    script->calls.emplace_back(call);
-    if (script->onCall)
-        script->onCall(call);
+  posix::ClipboardScript* const script = posix::ClipboardScript::Current();
+  if (script == nullptr)
+    return;
+  script->calls.emplace_back(call);
+  if (script->onCall)
+    script->onCall(call);
 }
 
 }  // namespace
@@ -37,69 +37,69 @@ constinit ClipboardScript* gCurrent = nullptr;
 }  // namespace
 
 ClipboardScript::ClipboardScript() : mPrevious(gCurrent) {
-    gCurrent = this;
+  gCurrent = this;
 }
 
 ClipboardScript::~ClipboardScript() {
-    gCurrent = mPrevious;
+  gCurrent = mPrevious;
 }
 
 ClipboardScript* ClipboardScript::Current() {
-    return gCurrent;
+  return gCurrent;
 }
 
 bool IsClipboardOpen() {
-    return TheContents().open;
+  return TheContents().open;
 }
 
 }  // namespace posix
 
 bool IsClipboardFormatThere(uint32_t format) {
-    Record("available");
-    return TheContents().blocks.count(format) != 0;
+  Record("available");
+  return TheContents().blocks.count(format) != 0;
 }
 
 bool OpenSystemClipboard() {
-    Record("open");
-    const posix::ClipboardScript* const script = posix::ClipboardScript::Current();
-    if (script != nullptr && script->heldByAnotherProgram)
-        return false;
-    TheContents().open = true;
-    return true;
+  Record("open");
+  const posix::ClipboardScript* const script = posix::ClipboardScript::Current();
+  if (script != nullptr && script->heldByAnotherProgram)
+    return false;
+  TheContents().open = true;
+  return true;
 }
 
 bool EmptySystemClipboard() {
-    Record("empty");
-    if (!TheContents().open)
-        return false;
-    for (const auto& [format, block] : TheContents().blocks)
-        FreeMemory(block);
-    TheContents().blocks.clear();
-    return true;
+  Record("empty");
+  if (!TheContents().open)
+    return false;
+  for (const auto& [format, block] : TheContents().blocks)
+    FreeMemory(block);
+  TheContents().blocks.clear();
+  return true;
 }
 
 void CloseSystemClipboard() {
-    Record("close");
-    TheContents().open = false;
+  Record("close");
+  TheContents().open = false;
 }
 
 bool PutClipboardBlock(uint32_t format, MemoryHandle block) {
-    Record("put");
-    if (!TheContents().open)
-        return false;
-    MemoryHandle& place = TheContents().blocks[format];
-    if (place != nullptr && place != block)
-        FreeMemory(place);
-    place = block;
-    return true;
+  Record("put");
+  if (!TheContents().open)
+    return false;
+  MemoryHandle& place = TheContents().blocks[format];
+  if (place != nullptr && place != block)
+    FreeMemory(place);
+  place = block;
+  return true;
 }
 
 MemoryHandle GetClipboardBlock(uint32_t format) {
-    Record("get");
-    if (!TheContents().open)
-        return nullptr;
-    const auto found = TheContents().blocks.find(format);
-    return found == TheContents().blocks.end() ? nullptr : found->second;
+  Record("get");
+  if (!TheContents().open)
+    return nullptr;
+  const auto found = TheContents().blocks.find(format);
+  return found == TheContents().blocks.end() ? nullptr : found->second;
 }
 
 }  // namespace os

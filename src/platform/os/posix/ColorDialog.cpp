@@ -11,34 +11,34 @@ constinit ColorDialogScript* gCurrent = nullptr;
 }  // namespace
 
 ColorDialogScript::ColorDialogScript() : mPrevious(gCurrent) {
-    gCurrent = this;
+  gCurrent = this;
 }
 
 ColorDialogScript::~ColorDialogScript() {
-    gCurrent = mPrevious;
+  gCurrent = mPrevious;
 }
 
 ColorDialogScript* ColorDialogScript::Current() {
-    return gCurrent;
+  return gCurrent;
 }
 
 }  // namespace posix
 
 bool RunColorDialog(WindowHandle owner, uint32_t start, std::array<uint32_t, 16>& customColors,
                     uint32_t& out) {
-    posix::ColorDialogScript* const script = posix::ColorDialogScript::Current();
-    if (script == nullptr)
-        return false;
-    script->owner = owner;
-    script->start = start;
-    script->customColors = customColors;
-    ++script->count;
-    if (script->firstCustomColor)
-        customColors[0] = *script->firstCustomColor;
-    if (!script->choice)
-        return false;
-    out = *script->choice;
-    return true;
+  posix::ColorDialogScript* const script = posix::ColorDialogScript::Current();
+  if (script == nullptr)
+    return false;
+  script->owner = owner;
+  script->start = start;
+  script->customColors = customColors;
+  ++script->count;
+  if (script->firstCustomColor)
+    customColors[0] = *script->firstCustomColor;
+  if (!script->choice)
+    return false;
+  out = *script->choice;
+  return true;
 }
 
 }  // namespace os

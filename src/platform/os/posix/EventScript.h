@@ -5,8 +5,8 @@
 
 #include "platform/os/Events.h"
 
-// The windows and the message queue of a system without a window system: a program, or a test, makes
-// windows and posts messages itself.
+// The windows and the message queue of a system without a window system: a program, or a test,
+// makes windows and posts messages itself.
 namespace os::posix {
 
 using WindowProcedure = std::function<void(const Message&)>;

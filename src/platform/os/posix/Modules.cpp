@@ -21,15 +21,15 @@ constinit const ModuleScript* gCurrent = nullptr;
 }  // namespace
 
 ModuleScript::ModuleScript(std::string name) : fileName(std::move(name)), mPrevious(gCurrent) {
-    gCurrent = this;
+  gCurrent = this;
 }
 
 ModuleScript::~ModuleScript() {
-    gCurrent = mPrevious;
+  gCurrent = mPrevious;
 }
 
 const ModuleScript* ModuleScript::Current() {
-    return gCurrent;
+  return gCurrent;
 }
 
 }  // namespace posix
@@ -37,27 +37,27 @@ const ModuleScript* ModuleScript::Current() {
 namespace {
 
 std::string NativeModulePath(void* module) {
-    Dl_info info{};
-    // The program itself is listed under the name it was called by, which may be relative.
-    if (module != nullptr && dladdr(module, &info) != 0 && info.dli_fname != nullptr &&
-        info.dli_fname[0] == '/') {
-        return info.dli_fname;
-    }
-    char program[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", program, sizeof program);
-    return length > 0 ? std::string(program, static_cast<size_t>(length)) : std::string();
+  Dl_info info{};
+  // The program itself is listed under the name it was called by, which may be relative.
+  if (module != nullptr && dladdr(module, &info) != 0 && info.dli_fname != nullptr &&
+      info.dli_fname[0] == '/') {
+    return info.dli_fname;
+  }
+  char program[PATH_MAX];
+  const ssize_t length = readlink("/proc/self/exe", program, sizeof program);
+  return length > 0 ? std::string(program, static_cast<size_t>(length)) : std::string();
 }
 
 }  // namespace
 
 uint32_t ModuleFileName(void* module, char* buffer, uint32_t size) {
-    const posix::ModuleScript* const script = posix::ModuleScript::Current();
-    const std::string path =
-        script != nullptr ? script->fileName : posix::FrameworkPath(NativeModulePath(module));
-    const size_t kept = std::min<size_t>(path.size(), size - 1);
-    std::memcpy(buffer, path.data(), kept);
-    buffer[kept] = '\0';
-    return static_cast<uint32_t>(kept);
+  const posix::ModuleScript* const script = posix::ModuleScript::Current();
+  const std::string path =
+      script != nullptr ? script->fileName : posix::FrameworkPath(NativeModulePath(module));
+  const size_t kept = std::min<size_t>(path.size(), size - 1);
+  std::memcpy(buffer, path.data(), kept);
+  buffer[kept] = '\0';
+  return static_cast<uint32_t>(kept);
 }
 
 }  // namespace os

@@ -9,20 +9,20 @@ namespace os::posix {
 // the directory as they were given, and says whether the process "started". The youngest script is
 // the one in force.
 class ProcessScript {
-public:
-    using Starter = std::function<bool(const std::string& programPath, const std::string& directory)>;
+ public:
+  using Starter = std::function<bool(const std::string& programPath, const std::string& directory)>;
 
-    explicit ProcessScript(Starter inStarter);
-    ProcessScript(const ProcessScript&) = delete;
-    ProcessScript& operator=(const ProcessScript&) = delete;
-    ~ProcessScript();
+  explicit ProcessScript(Starter inStarter);
+  ProcessScript(const ProcessScript&) = delete;
+  ProcessScript& operator=(const ProcessScript&) = delete;
+  ~ProcessScript();
 
-    static const ProcessScript* Current();
+  static const ProcessScript* Current();
 
-    const Starter starter;
+  const Starter starter;
 
-private:
-    const ProcessScript* mPrevious;
+ private:
+  const ProcessScript* mPrevious;
 };
 
 }  // namespace os::posix

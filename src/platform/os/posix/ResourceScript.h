@@ -8,9 +8,9 @@
 namespace os::posix {
 
 struct MenuEntry {
-    std::string text;
-    int32_t command = 0;           // 0 with an empty text: a separator
-    std::vector<MenuEntry> items;  // the submenu that hangs there, if not empty
+  std::string text;
+  int32_t command = 0;           // 0 with an empty text: a separator
+  std::vector<MenuEntry> items;  // the submenu that hangs there, if not empty
 };
 
 void DefineMenu(int16_t number, std::vector<MenuEntry> entries);

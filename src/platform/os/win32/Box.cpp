@@ -5,7 +5,7 @@
 namespace os {
 
 int32_t ShowBox(const char* text, const char* title, uint32_t style) {
-    return MessageBoxA(nullptr, text, title, style);
+  return MessageBoxA(nullptr, text, title, style);
 }
 
 }  // namespace os

@@ -5,27 +5,27 @@
 namespace os {
 
 bool IsClipboardFormatThere(uint32_t format) {
-    return IsClipboardFormatAvailable(format) != 0;
+  return IsClipboardFormatAvailable(format) != 0;
 }
 
 bool OpenSystemClipboard() {
-    return OpenClipboard(nullptr) != 0;
+  return OpenClipboard(nullptr) != 0;
 }
 
 bool EmptySystemClipboard() {
-    return EmptyClipboard() != 0;
+  return EmptyClipboard() != 0;
 }
 
 void CloseSystemClipboard() {
-    CloseClipboard();
+  CloseClipboard();
 }
 
 bool PutClipboardBlock(uint32_t format, MemoryHandle block) {
-    return SetClipboardData(format, reinterpret_cast<HANDLE>(block)) != nullptr;
+  return SetClipboardData(format, reinterpret_cast<HANDLE>(block)) != nullptr;
 }
 
 MemoryHandle GetClipboardBlock(uint32_t format) {
-    return reinterpret_cast<MemoryHandle>(GetClipboardData(format));
+  return reinterpret_cast<MemoryHandle>(GetClipboardData(format));
 }
 
 }  // namespace os

@@ -5,11 +5,11 @@
 namespace os {
 
 void WriteDebuggerLine(const char* line) {
-    OutputDebugStringA(line);
+  OutputDebugStringA(line);
 }
 
 void BreakIntoDebugger() {
-    DebugBreak();
+  DebugBreak();
 }
 
 }  // namespace os
