@@ -1,5 +1,6 @@
 #include "image/ZvPixelLoops.h"
 
+#include <cstring>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -161,6 +162,26 @@ TEST(ZvPixelLoopsByHand, SwappingAPixelOfInksStoresNothing) {
   image->PutPixel(PxCmykBytes{1, 2, 3, 4}, 0, 0);
   vm::SwapChannels02(*image, 1, 1);
   EXPECT_EQ(PixelAt<PxCmykBytes>(*image, 0, 0), (PxCmykBytes{1, 2, 3, 4}));
+}
+
+TEST(ZvPixelLoopsByHand, InvertingAHostsRowsLeavesAlphaAndThePaddingAlone) {
+  uint8_t host[2 * 12] = {};
+  for (uint8_t i = 0; i < 24; ++i)
+    host[i] = i;
+  auto inks = New<ZvTypedImage<PxCmykaBytes>>(2, 2, 12, host);
+  vm::InvertChannels(*inks, 2, 2);
+  const uint8_t expected[24] = {255, 254, 253, 252, 4,  250, 249, 248, 247, 9,  10, 11,
+                                243, 242, 241, 240, 16, 238, 237, 236, 235, 21, 22, 23};
+  EXPECT_EQ(std::memcmp(host, expected, 24), 0);
+}
+
+TEST(ZvPixelLoopsByHand, ALoopOverNothingMakesNoTiles) {
+  auto image = New<ZvTiledImage<PxRgba64>>(500, 500);
+  vm::SwapChannels02(*image, 0, 10);
+  vm::ScaleChannels(*image, 10, -1, 4);
+  vm::HalveChannels(*image, -5, 10);
+  vm::InvertChannels(*image, 0, 0);
+  EXPECT_EQ(image->Tiles().TileCount(), 0u);
 }
 
 }  // namespace
