@@ -199,14 +199,14 @@ void RowImage::Resize(int32_t width, int32_t height, bool keepContents, int32_t 
   if (width == mWidth && height == mHeight)
     return;
   const int64_t newRowBytes = DefaultRowBytes(mRecord->bitsPerPixel, width);
+  // An image that can't be had stays as it is.
+  if (newRowBytes > std::numeric_limits<int32_t>::max())
+    return;
   const int64_t needed = newRowBytes * height;
   const bool owned = mOwnsPixels != 0;
   const bool fits = newRowBytes <= mRowBytes && int64_t{height} * mRowBytes <= int64_t{mBufferSize};
   const bool reused =
       !owned || (fits && scaleMode == kResampleNone) || (!keepContents && needed <= mBufferSize);
-  // An image that can't be had stays as it is.
-  if (newRowBytes > std::numeric_limits<int32_t>::max())
-    return;
 
   ZvImage* copy = nullptr;
   if (keepContents && (!reused || (!owned && scaleMode != kResampleNone)))

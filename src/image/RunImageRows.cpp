@@ -85,7 +85,10 @@ void RunImage::GetRow(void* row, int32_t x, int32_t y, int32_t count) const {
 }
 
 void* RunImage::NewInterleavedCopy() const {
-  void* const copy = NewBlock(DefaultRowBytes(mRecord->bitsPerPixel, mWidth) * mHeight);
+  const int64_t rowBytes = DefaultRowBytes(mRecord->bitsPerPixel, mWidth);
+  if (rowBytes > std::numeric_limits<int64_t>::max() / mHeight)
+    return nullptr;
+  void* const copy = NewBlock(rowBytes * mHeight);
   ExportBuffer(copy, 0);
   return copy;
 }

@@ -5,6 +5,15 @@
 #include "image/ImageReports.h"
 #include "image/ViewRows.h"
 
+namespace {
+
+// Halved towards zero.
+int32_t Middle(int32_t first, int32_t last) {
+  return static_cast<int32_t>((int64_t{first} + last) / 2);
+}
+
+}  // namespace
+
 bool IsSolidMask(const ZvImage* mask, const ZvRect* rect) {
   if (!CP_Check(mask != nullptr, vm::kReportImageOps, vm::kLineSolidMask, "mask != nil"))
     return false;
@@ -19,7 +28,7 @@ bool IsSolidMask(const ZvImage* mask, const ZvRect* rect) {
                             {area.fRight, area.fTop},
                             {area.fLeft, area.fBottom},
                             {area.fRight, area.fBottom},
-                            {(area.fLeft + area.fRight) / 2, (area.fTop + area.fBottom) / 2}};
+                            {Middle(area.fLeft, area.fRight), Middle(area.fTop, area.fBottom)}};
   for (const ZvPoint& probe : probes) {
     uint8_t byte = 0;
     mask->GetByte(byte, probe.x, probe.y);

@@ -20,6 +20,11 @@ constexpr double kSmallStorage = 1 << 20;
 constexpr double kMaxUnfilledRowStorage = 1 << 24;
 // Beyond this many pixels an image that the stream can't fill isn't made at all.
 constexpr double kMaxUnfilledPixels = 1 << 28;
+// A thin image fills its tiles badly: beside a few times the bytes of its samples they may take
+// this much.
+constexpr double kMaxThinStorage = 1 << 26;
+// Tiles farther out than this are beyond the reach of the tile table.
+constexpr int32_t kMaxTiledSide = 1 << 20;
 
 struct FreeBytes {
   void operator()(uint8_t* bytes) const { std::free(bytes); }
@@ -87,7 +92,9 @@ void ZvImage::WriteTo(ZvStream& stream) {
 // - a row image stays as it was, since its block would be taken at once,
 // - a tiled image gets its size and the samples that are there; the rest has no tiles, or zeros in
 // them,
-// - neither is made for more pixels than any image has.
+// - neither is made for more pixels than any image has, nor where the samples would fill its tiles
+// so
+//   badly that they take many times as much.
 void ZvImage::ReadFrom(ZvStream& stream) {
   const int32_t width = stream.ReadSInt32("W");
   const int32_t height = stream.ReadSInt32("H");
@@ -107,6 +114,10 @@ void ZvImage::ReadFrom(ZvStream& stream) {
   const bool whole = filled || StorageBytes(*this, wantedWidth, wantedHeight) <= kSmallStorage;
   if (!whole &&
       (!IsTiled() || static_cast<double>(wantedWidth) * wantedHeight > kMaxUnfilledPixels))
+    return;
+  if (filled && StorageBytes(*this, wantedWidth, wantedHeight) > kMaxThinStorage + 4 * bytesLeft)
+    return;
+  if (filled && IsTiled() && std::max(wantedWidth, wantedHeight) > kMaxTiledSide)
     return;
 
   Resize(width, height, false, kResampleNone, kRgba64White);

@@ -375,5 +375,30 @@ TEST(ImageStream, SurvivesTheWayThroughAFileAsAnObject) {
   }
 }
 
+// A column of a million pixels would touch as many tiles as a picture of 128 million.
+TEST(ImageStreaming, ThinImagesWhoseTilesDwarfTheirSamplesAreNotMade) {
+  const int32_t height = 1 << 20;
+  std::vector<uint8_t> bytes(33 + size_t{height} * 8);
+  bytes[3] = 1;
+  bytes[5] = static_cast<uint8_t>(height >> 16);
+  ZvMemoryStream stream(bytes.data(), static_cast<uint32_t>(bytes.size()), false);
+  const auto image = ZvSmartPtr<ZvTiledImage<PxRgba64>>::Adopt(new ZvTiledImage<PxRgba64>(1, 1));
+  image->ReadFrom(stream);
+  EXPECT_EQ(image->Height(), 1);
+}
+
+// Rows beyond the reach of the tile table would be reported one by one.
+TEST(ImageStreaming, ImagesBeyondTheReachOfTheTileTableAreNotMade) {
+  const int32_t height = (1 << 20) + 256;
+  std::vector<uint8_t> bytes(33 + static_cast<size_t>(height));
+  bytes[3] = 1;
+  bytes[5] = static_cast<uint8_t>(height >> 16);
+  bytes[6] = static_cast<uint8_t>(height >> 8);
+  ZvMemoryStream stream(bytes.data(), static_cast<uint32_t>(bytes.size()), false);
+  const auto image = ZvSmartPtr<ZvTiledImage<PxGrayBit>>::Adopt(new ZvTiledImage<PxGrayBit>(1, 1));
+  image->ReadFrom(stream);
+  EXPECT_EQ(image->Height(), 1);
+}
+
 }  // namespace
 }  // namespace vm

@@ -63,7 +63,10 @@ void ReadFromStream(png_structp png, png_bytep data, size_t length) {
   bool read = false;
   try {
     auto& stream = *static_cast<ZvStream*>(png_get_io_ptr(png));
-    if (!stream.AtEnd()) {
+    const uint32_t end = stream.GetLength();
+    const uint32_t position = stream.Tell();
+    // All or nothing: libpng's buffer isn't cleared.
+    if (end > position && end - position >= length) {
       stream.ReadBytes(data, static_cast<uint32_t>(length));
       read = true;
     }
