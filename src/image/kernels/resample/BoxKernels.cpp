@@ -28,7 +28,7 @@ PxRgbaBytes TruncateToPixel(__m128 mean) {
 
 void AddTo(ChannelSums& sums, __m128i values) {
   auto* const place = reinterpret_cast<__m128i*>(sums.channel);
-  _mm_store_si128(place, _mm_add_epi32(_mm_load_si128(place), values));
+  _mm_storeu_si128(place, _mm_add_epi32(_mm_loadu_si128(place), values));
 }
 
 // sum + value, `times` times over.
@@ -80,7 +80,7 @@ void AddPixels(const PxRgbaBytes* pixels, ChannelSums* sums, size_t count) {
 void AddPixelTimes(const PxRgbaBytes& pixel, uint32_t times, ChannelSums* sums, size_t count) {
   const ChannelSums product = {
       {pixel.blue * times, pixel.green * times, pixel.red * times, pixel.alpha * times}};
-  const __m128i values = _mm_load_si128(reinterpret_cast<const __m128i*>(product.channel));
+  const __m128i values = _mm_loadu_si128(reinterpret_cast<const __m128i*>(product.channel));
   for (size_t i = 0; i < count; ++i)
     AddTo(sums[i], values);
 }
@@ -113,7 +113,7 @@ void SumPixels(const PxRgbaBytes* const* rows, size_t rowCount, NarrowSums* sums
 namespace {
 
 __m128i LoadSums(const ChannelSums& sums) {
-  return _mm_load_si128(reinterpret_cast<const __m128i*>(sums.channel));
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(sums.channel));
 }
 __m128i LoadSums(const NarrowSums& sums) {
   return _mm_unpacklo_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(sums.channel)),

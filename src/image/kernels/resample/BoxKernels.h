@@ -15,7 +15,7 @@ inline constexpr int64_t kExactBoxPixels = 65793;
 
 // Sums over the rows of a box, one per source column; channels in storage order. The narrow form
 // holds up to kNarrowRows rows.
-struct alignas(16) ChannelSums {
+struct ChannelSums {
   uint32_t channel[4];
 };
 struct alignas(8) NarrowSums {

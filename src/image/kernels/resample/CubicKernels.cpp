@@ -102,7 +102,7 @@ PxRgbaBytes ReduceBlock(const KernelBlock& block, const Coefficients& across,
 // --- vectors: one pixel's four channels
 
 __m128 Load(const FloatPixel& pixel) {
-  return _mm_load_ps(pixel.channel);
+  return _mm_loadu_ps(pixel.channel);
 }
 
 // + 0.5, truncated, limited; what isn't a number becomes 0, as truncating does.
@@ -164,8 +164,8 @@ struct BlendVectors {
   __m128 nearShare, nearCurve, nearSlope, farShare, farCurve, farSlope;
 
   explicit BlendVectors(const BlendCoefficients& c) {
-    const __m128 first = _mm_load_ps(&c.nearShare);
-    const __m128 second = _mm_load_ps(&c.farCurve);
+    const __m128 first = _mm_loadu_ps(&c.nearShare);
+    const __m128 second = _mm_loadu_ps(&c.farCurve);
     nearShare = Lane<0>(first);
     nearCurve = Lane<1>(first);
     nearSlope = Lane<2>(first);
@@ -201,7 +201,7 @@ __m128i Pair(int16_t first, int16_t second) {
 }
 
 SplitVectors Spread(const SplitWeights& w) {
-  const __m128i all = _mm_load_si128(reinterpret_cast<const __m128i*>(&w));
+  const __m128i all = _mm_loadu_si128(reinterpret_cast<const __m128i*>(&w));
   return {_mm_shuffle_epi32(all, 0x00), _mm_shuffle_epi32(all, 0x55), _mm_shuffle_epi32(all, 0xAA),
           _mm_shuffle_epi32(all, 0xFF)};
 }
@@ -273,9 +273,9 @@ void CubicAcross(const PxRgbaBytes* columns, const int32_t* taps, const CubicWei
                  FloatPixel* out, size_t count) {
   for (size_t i = 0; i < count; ++i) {
     const FloatPixels p(columns + taps[i]);
-    const __m128 all = _mm_load_ps(weights[i].weight);
+    const __m128 all = _mm_loadu_ps(weights[i].weight);
     const __m128 w[4] = {Lane<0>(all), Lane<1>(all), Lane<2>(all), Lane<3>(all)};
-    _mm_store_ps(out[i].channel, CubicSum(p.p0, p.p1, p.p2, p.p3, w));
+    _mm_storeu_ps(out[i].channel, CubicSum(p.p0, p.p1, p.p2, p.p3, w));
   }
 }
 
@@ -292,8 +292,8 @@ void BlendAcross(const PxRgbaBytes* columns, const int32_t* taps,
                  const BlendCoefficients* coefficients, FloatPixel* out, size_t count) {
   for (size_t i = 0; i < count; ++i) {
     const FloatPixels p(columns + taps[i]);
-    _mm_store_ps(out[i].channel,
-                 BlendedSpline(p.p0, p.p1, p.p2, p.p3, BlendVectors(coefficients[i])));
+    _mm_storeu_ps(out[i].channel,
+                  BlendedSpline(p.p0, p.p1, p.p2, p.p3, BlendVectors(coefficients[i])));
   }
 }
 

@@ -13,7 +13,7 @@
 // uses. Both give the same bytes.
 namespace vm {
 
-struct alignas(16) FloatPixel {
+struct FloatPixel {
   float channel[4];  // in storage order
 };
 
@@ -22,7 +22,7 @@ using KernelBlock = PxRgbaBytes[4][4];  // [row][column]
 // Cubic: the interpolating convolution kernel with a = -0.5, in single precision. Rows are summed
 // first, left to right, then their four sums from the top; 0.5 is added, the result truncated and
 // limited to a byte.
-struct alignas(16) CubicWeights {
+struct CubicWeights {
   float weight[4];
 };
 // The weights of distances 1 + f, f, 1 - f and 2 - f.
@@ -42,7 +42,7 @@ extern const std::array<FixedWeights, 256> kFixedCubicTable;
 // Cubic blend: two cubics, one that leaves the second sample and one that arrives at the third,
 // faded into each other; in single precision. Rows first, then their four results; + 0.5,
 // truncated, limited.
-struct alignas(16) BlendCoefficients {
+struct BlendCoefficients {
   float nearShare;  // 1 - v
   float nearCurve;  // 1 - t^3
   float nearSlope;  // (1 + t) * 0.5
@@ -67,7 +67,7 @@ void BlendDown(const FloatPixel* const rows[4], const BlendCoefficients& coeffic
                PxRgbaBytes* out, size_t count);
 
 // Weights split for 16-bit products: weight = high * 256 + low, as (0, 1) and (2, 3) pairs.
-struct alignas(16) SplitWeights {
+struct SplitWeights {
   int16_t high[4];
   int16_t low[4];
 };
