@@ -61,8 +61,10 @@ TYPED_TEST(RowsOf, ImportAndExportWholeBuffers) {
       const size_t step = static_cast<size_t>(rowBytes != 0 ? rowBytes : stride);
       std::vector<uint8_t> buffer(1 + step * 4);
       uint8_t* const bytes = buffer.data() + 1;  // at an odd address
+      // Returning a float by value makes a signalling NaN a quiet one on 32 bits, so there is none.
+      const bool floats = P::kInfo.bitsPerChannel == 32;
       for (uint8_t& byte : buffer)
-        byte = static_cast<uint8_t>(random());
+        byte = static_cast<uint8_t>(random() & (floats ? 0x7E : 0xFF));
       image->ImportBuffer(bytes, rowBytes);
       ASSERT_TRUE(Holds<P>(*image, image->Bounds(), [&](int32_t x, int32_t y) {
         return Packed<P>(bytes + static_cast<size_t>(y) * step, x);
