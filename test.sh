@@ -12,7 +12,7 @@
 # Several stages can be named. Full output of every step is kept in build/logs/.
 #
 # VM_FUZZ_SECONDS   seconds for each fuzzer (20)
-# VM_TIDY_SECONDS   clang-tidy starts no further file after this many seconds (420)
+# VM_TIDY_SECONDS   clang-tidy starts no further file after this many seconds (150)
 set -uo pipefail
 cd "$(dirname "$0")"
 root=$PWD
@@ -215,7 +215,7 @@ stage_lint() {
 
   say "clang-tidy"
   if cmake --preset native >"$logs/tidy-configure.log" 2>&1; then
-    VM_TIDY_SECONDS=${VM_TIDY_SECONDS:-420} scripts/tidy.sh 2>&1 | tee "$logs/tidy.log"
+    VM_TIDY_SECONDS=${VM_TIDY_SECONDS:-150} scripts/tidy.sh 2>&1 | tee "$logs/tidy.log"
     status=${PIPESTATUS[0]}
     closes "clang-tidy" "$logs/tidy.log" '^tidy: [0-9]+ passed'
     [ "$status" = 0 ] || fails "lint: clang-tidy"
