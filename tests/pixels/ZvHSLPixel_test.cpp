@@ -123,6 +123,8 @@ TEST(ZvHSLPixel, Hue360IsHue0) {
 TEST(ZvHSLPixel, AHueOutsideTheCircleCountsAsItsAngle) {
   EXPECT_EQ(RgbaOf({-45, 60, 40, 1}), RgbaOf({315, 60, 40, 1}));
   EXPECT_EQ(RgbaOf({375, 60, 40, 1}), RgbaOf({15, 60, 40, 1}));
+  EXPECT_EQ(RgbaOf({435, 60, 40, 1}), RgbaOf({75, 60, 40, 1}));
+  EXPECT_EQ(RgbaOf({-500, 60, 40, 1}), RgbaOf({220, 60, 40, 1}));
   EXPECT_EQ(RgbaOf({-360, 60, 40, 1}), RgbaOf({0, 60, 40, 1}));
   EXPECT_EQ(RgbaOf({32767, 60, 40, 1}), RgbaOf({32767 % 360, 60, 40, 1}));
   EXPECT_EQ(RgbaOf({-32768, 60, 40, 1}), RgbaOf({-32768 % 360 + 360, 60, 40, 1}));
