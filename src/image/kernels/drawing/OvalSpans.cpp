@@ -22,6 +22,8 @@ class Oval {
       return static_cast<int64_t>(mCentreX);
     const double height = (static_cast<double>(y) + 0.5 - mCentreY) / mRadiusY;
     const double halfWidth = std::sqrt(std::max(1 - height * height, 0.0));
+    // Half a pixel is added and the sum truncated, also left of the origin.
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings)
     return static_cast<int64_t>(mCentreX + mRadiusX * halfWidth + 0.5);
   }
 
