@@ -16,8 +16,8 @@ static_assert(CP_FILE_SEEK__FROM_BEGIN == os::kSeekFromBegin);
 static_assert(CP_FILE_SEEK__FROM_CURRENT == os::kSeekFromCurrent);
 static_assert(CP_FILE_SEEK__FROM_END == os::kSeekFromEnd);
 
-// A handle on the file that a spec names, open or closed. Access rights are os::kAccessRead and
-// os::kAccessWrite.
+// A handle on the file that a CP_FileSpec names, open or closed. Access rights are os::kAccessRead
+// and os::kAccessWrite.
 //
 // A failing platform call throws CP_PlfrmErrorException with the code -36, save for the position
 // calls, which pass the platform's own code. Misuse is reported in `CP_File` and goes on to the
@@ -27,7 +27,7 @@ class CP_File {
   CP_File() = default;
   explicit CP_File(const CP_FileSpec& spec);
 
-  // `Create` on another spec, which the object keeps.
+  // `Create` under another name, which the object keeps.
   virtual void CreateAs(const CP_FileSpec& spec, uint32_t access, uint32_t creator, uint32_t type,
                         bool replace);
   // Makes an empty file and leaves it closed. Without `replace` fails when there is such a file.

@@ -4,7 +4,7 @@
 
 #include "foundation/ZvString.h"
 
-// Names a file or a directory: its last part, and the directory that holds it. The spec is a name
+// Names a file or a directory: its last part, and the directory that holds it. It is a name
 // only; whether there is such a file is not its business. Parts are parted by `\`.
 class CP_FileSpec {
  public:
@@ -19,14 +19,14 @@ class CP_FileSpec {
   CP_FileSpec& operator=(const CP_FileSpec& source);
   virtual ~CP_FileSpec();
 
-  // Back to the state of a new, empty spec.
+  // Back to the state of a new, empty one.
   void Clear();
 
   // `path` is stored without one trailing `\`; the volume and the directory number become 0.
   void Set(const ZvString& name, const ZvString& path, bool isDirectory);
 
   // Takes name and path from a path that may be relative to the current directory. When it can't be
-  // made absolute (it is empty or too long), a file's spec keeps its name and path, and a
+  // made absolute (it is empty or too long), that of a file keeps its name and path, and a
   // directory's its path. A file path that ends in `\` reports "filePart != NULL" in `CP_FileSpec`
   // at 640 and yields an empty name.
   void SetFromPath(const char* inPath, bool isDirectory);

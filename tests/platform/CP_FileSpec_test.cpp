@@ -27,7 +27,7 @@ std::string FullPathOf(const CP_FileSpec& spec) {
   return path.c_str();
 }
 
-// The stored path, told by a directory spec without a name: "path\" or, when there is none, "\".
+// The stored path, told by a directory without a name: "path\" or, when there is none, "\".
 std::string PathOf(const CP_FileSpec& spec) {
   CP_FileSpec probe;
   probe = spec;
