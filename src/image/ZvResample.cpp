@@ -57,25 +57,7 @@ Frame FrameOf(const ZvImage& to, const ZvRect& fromRect, const ZvRect& toRect, i
 // The target of a transfer through a mask, which is read at the source's coordinates.
 Transfer MaskedTransfer(const ZvImage& to, const ZvImage& mask, const ZvRect& fromRect,
                         const ZvPoint& toPoint, const ZvRect* clip) {
-  const int64_t dx = int64_t{toPoint.x} - fromRect.fLeft;
-  const int64_t dy = int64_t{toPoint.y} - fromRect.fTop;
-  int64_t left = std::max<int64_t>({toPoint.x, 0, dx});
-  int64_t top = std::max<int64_t>({toPoint.y, 0, dy});
-  int64_t right = std::min<int64_t>({fromRect.fRight + dx, to.Width() - 1, dx + mask.Width() - 1});
-  int64_t bottom =
-      std::min<int64_t>({fromRect.fBottom + dy, to.Height() - 1, dy + mask.Height() - 1});
-  if (clip != nullptr) {
-    left = std::max<int64_t>(left, clip->fLeft);
-    top = std::max<int64_t>(top, clip->fTop);
-    right = std::min<int64_t>(right, clip->fRight);
-    bottom = std::min<int64_t>(bottom, clip->fBottom);
-  }
-  if (left > right || top > bottom)
-    return {kEmptyRect, 0, 0};
-  return {{static_cast<int32_t>(left), static_cast<int32_t>(top), static_cast<int32_t>(right),
-           static_cast<int32_t>(bottom)},
-          dx,
-          dy};
+  return CutTransfer(to, mask, fromRect, toPoint, clip);
 }
 
 // A transfer that reads what it writes goes pixel by pixel, so that it meets what it has written as
